@@ -1,0 +1,117 @@
+#include "main/dbshell/field.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+namespace {
+
+template <class T>
+int64_t get(const std::byte* at) {
+    T value;
+    std::memcpy(&value, at, sizeof value);
+    return static_cast<int64_t>(value);
+}
+
+template <class T>
+void put(std::byte* at, int64_t value) {
+    const T narrow = static_cast<T>(value);
+    std::memcpy(at, &narrow, sizeof narrow);
+}
+
+}  // namespace
+
+int64_t read_number(Kind kind, const std::byte* at) {
+    switch (kind) {
+        case Kind::i8:
+            return get<int8_t>(at);
+        case Kind::u8:
+            return get<uint8_t>(at);
+        case Kind::i16:
+            return get<int16_t>(at);
+        case Kind::u16:
+            return get<uint16_t>(at);
+        case Kind::i32:
+            return get<int32_t>(at);
+        case Kind::u32:
+            return get<uint32_t>(at);
+        case Kind::i64:
+        case Kind::u64:
+            return get<int64_t>(at);
+        case Kind::text:
+        case Kind::block:
+            break;
+    }
+    return 0;
+}
+
+void write_number(Kind kind, std::byte* at, int64_t value) {
+    switch (kind) {
+        case Kind::i8:
+        case Kind::u8:
+            return put<uint8_t>(at, value);
+        case Kind::i16:
+        case Kind::u16:
+            return put<uint16_t>(at, value);
+        case Kind::i32:
+        case Kind::u32:
+            return put<uint32_t>(at, value);
+        case Kind::i64:
+        case Kind::u64:
+            return put<uint64_t>(at, value);
+        case Kind::text:
+        case Kind::block:
+            break;
+    }
+}
+
+int64_t number_of(std::string_view text) {
+    const auto start = text.find_first_not_of(" \t\n\v\f\r");
+    if (start == std::string_view::npos)
+        return 0;
+    text.remove_prefix(start);
+    bool negative = false;
+    if (text.front() == '+' || text.front() == '-') {
+        negative = text.front() == '-';
+        text.remove_prefix(1);
+    }
+    // The magnitude wraps at 64 bits, so that an unsigned mask in decimal keeps all its bits.
+    uint64_t magnitude = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9')
+            break;
+        magnitude = magnitude * 10 + static_cast<uint64_t>(c - '0');
+    }
+    return static_cast<int64_t>(negative ? 0 - magnitude : magnitude);
+}
+
+void encode_list(const TextCodec& codec, const std::byte* member, std::string& text) {
+    for (unsigned g = 0; g < codec.groups; ++g, member += codec.group_stride) {
+        for (const ListItem& item : codec.group) {
+            int64_t number = read_number(item.kind, member + item.offset);
+            if (codec.is_signed)
+                number = static_cast<int32_t>(number);
+            char digits[24];
+            const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+            const auto length = static_cast<std::size_t>(end - digits);
+            if (length < item.width)
+                text.append(item.width - length, '0');
+            text.append(digits, length);
+            if (codec.separator != 0)
+                text += codec.separator;
+        }
+    }
+}
+
+void decode_list(const TextCodec& codec, std::string_view text, std::byte* member) {
+    for (unsigned g = 0; g < codec.groups; ++g, member += codec.group_stride) {
+        for (const ListItem& item : codec.group) {
+            if (text.empty() || (codec.separator == 0 && text.size() < item.width))
+                return;  // the items that are missing keep their values
+            const auto length =
+                codec.separator != 0 ? std::min(text.find(codec.separator), text.size()) : item.width;
+            write_number(item.kind, member + item.offset, number_of(text.substr(0, length)));
+            text.remove_prefix(std::min(text.size(), codec.separator != 0 ? length + 1 : length));
+        }
+    }
+}

@@ -1,0 +1,47 @@
+// Encryption of credential columns: AES-128 in CBC mode (FIPS 197, NIST SP 800-38A) with a zero
+// initialisation vector, under a key that is the MD5 digest (RFC 1321) of material chosen by a version
+// word in the shared record.
+//
+// Stored form: for every cipher byte a colon and its lower-case hexadecimal number without leading zeros,
+// ":a:f3".  The clear text is encrypted with its terminating NUL, zero-padded to whole blocks of 16
+// bytes.
+#ifndef SEC_SEC_DB_ENC_H
+#define SEC_SEC_DB_ENC_H
+
+#include <cstddef>
+#include <cstdint>
+
+// The version word: the key scheme in bits 31 to 8, an index into the seed in bits 7 to 0.  0: nothing is
+// encrypted.
+inline constexpr uint32_t kSchemeNetworkAddress = 0x10000;  // the key is bound to the address of eth0
+inline constexpr uint32_t kSchemeDefault = 0x10001;
+
+inline constexpr int kMaxClearText = 255;   // longer ones are refused
+inline constexpr int kMaxStoredText = 511;  // longer ones are refused
+
+uint32_t get_db_enc_version();
+void set_db_enc_version(uint32_t version);
+
+// Writes the stored form of `length` bytes of clear text to `output`, at most capacity - 1 bytes and no
+// terminator: callers pass zeroed buffers.  A version word of 0 becomes the default scheme.  An empty or
+// refused text leaves the output as it is.
+void db_encrypt(const char* clear, char* output, int length, int capacity);
+
+// Writes the clear text of a stored one to `output`, at most `capacity` bytes.  A text that is not of the
+// stored form comes back unchanged, so does every text under version word 0; whole blocks of a stored
+// text that was cut are read.
+void db_decrypt(const char* stored, char* output, int length, int capacity);
+
+// The 16-byte key of a version word.  0; -1 with the key untouched when the seed index is out of the
+// scheme's range.
+int get_mac_num(uint32_t version, unsigned char* key);
+
+// The MD5 digest of `length` bytes, 16 bytes.  Does nothing when data or digest is null.
+void compute_md5(const void* data, std::size_t length, unsigned char* digest);
+
+// A version word that db_encrypt has created but that no commit has stored yet.
+bool db_enc_version_pending();
+void db_enc_version_settled();  // the commit stored it
+void db_enc_version_undo();     // the texts that need it were rolled back: the word is 0 again
+
+#endif

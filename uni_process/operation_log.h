@@ -1,0 +1,28 @@
+// The operation log, "/devinfo/db_op_info.log": what endangered or changed the stored configuration, to
+// be read after a reboot.
+//
+// File format: a header of 70 bytes, then records up to byte 2048; when one more would not fit, the
+// records go on from behind the last one written, or from byte 70.  The header text:
+//   ***DB_LOG_INFO***\n  LOG_TOTAL_LEN:0\n  LOG_LAST_WRITE_POS:<offset just behind the last record>\n\n
+// A record is "[YYYY-MM-DD hh:mm:ss] text\n" in local time.
+#ifndef UNI_PROCESS_OPERATION_LOG_H
+#define UNI_PROCESS_OPERATION_LOG_H
+
+inline constexpr int kLogFileSize = 2048;
+inline constexpr int kLogHeaderSize = 70;
+inline constexpr int kLogTimeSize = 32;
+
+// "[%d-%02d-%02d %02d:%02d:%02d]" of the local time.
+void format_log_time(char* buffer, int size);
+
+// Appends one record, or overwrites the oldest when the file is full; synced.  Failures are logged, never
+// returned. A file shorter than its header is started anew; a record longer than the body is cut.
+void write_db_info_to_file(const char* text, int length);
+
+// Rewrites the header of an open log file.
+void update_file_info(int fd, int last_position, int total_length);
+
+// Writes one record from a printf format; the time and a blank stand before it.
+void log_operation(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+#endif
