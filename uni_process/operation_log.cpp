@@ -51,9 +51,7 @@ void format_log_time(char* buffer, int size) {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
-    std::snprintf(buffer, static_cast<std::size_t>(size), "[%d-%02d-%02d %02d:%02d:%02d]",
-                  local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
-                  local.tm_sec);
+    std::strftime(buffer, static_cast<std::size_t>(size), "[%Y-%m-%d %H:%M:%S]", &local);
 }
 
 void update_file_info(int fd, int last_position, int total_length) {

@@ -12,7 +12,7 @@ inline constexpr int kLogFileSize = 2048;
 inline constexpr int kLogHeaderSize = 70;
 inline constexpr int kLogTimeSize = 32;
 
-// "[%d-%02d-%02d %02d:%02d:%02d]" of the local time.
+// "[YYYY-MM-DD hh:mm:ss]" of the local time.
 void format_log_time(char* buffer, int size);
 
 // Appends one record, or overwrites the oldest when the file is full; synced.  Failures are logged, never

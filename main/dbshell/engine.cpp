@@ -212,7 +212,13 @@ int write_rows(const Table& t, std::string_view function, int outer) {
     if (!t.count.empty())
         if (const Result r = ensure_rows(t, function, {outer}); r != kDone)
             return result_of(t, r);
-    for (int inner = 0; inner < t.row_count(); ++inner) {
+    int rows = t.row_count();
+    if (t.device_rows != nullptr) {
+        if (!t.device_rows(&rows))
+            return result_of(t, kQueryFailed);
+        rows = std::clamp(rows, 0, t.row_count());
+    }
+    for (int inner = 0; inner < rows; ++inner) {
         for (const Statement& s : t.save) {
             if (!s.serves(inner))
                 continue;
@@ -280,6 +286,20 @@ int read_rows(const Table& t, Rows&& rows, int outer) {
     return kDone;
 }
 
+// A record that was wiped has lost the version word under which the database's texts are encrypted; they
+// are read and written under the word that is stored beside them, and never under a new one.
+void recover_encryption_version(const Table& t) {
+    constexpr int kEncryptionVersionTable = 187;
+    const auto encrypts = [](const Statement& s) {
+        return std::any_of(s.fields.begin(), s.fields.end(), [](const Field& f) { return f.encrypted != 0; });
+    };
+    if (get_db_enc_version() != 0 || std::none_of(t.save.begin(), t.save.end(), encrypts))
+        return;
+    Rows rows(*table_by_number(kEncryptionVersionTable));
+    if (rows.next())
+        set_db_enc_version(static_cast<uint32_t>(rows.number("db_enc_version").value_or(0)));
+}
+
 int read_table(const Table& t) {
     if (t.load.empty())
         return read_rows(t, Rows(t), 0);
@@ -297,10 +317,9 @@ int read_table(const Table& t) {
 int load_table(const Table& t) {
     if (const Result r = ready(t.get); r != kDone)
         return result_of(t, r);
+    recover_encryption_version(t);
     const int rc = t.load_body != nullptr ? t.load_body(t) : read_table(t);
-    if (t.loaded != nullptr)
-        t.loaded();
-    return rc;
+    return rc == kDone && t.also_load != nullptr ? t.also_load(t) : rc;
 }
 
 int save_table(const Table& t) {
@@ -324,7 +343,9 @@ int save_table_single(const Table& t, int outer) {
     }
     if (const Result r = ready(function); r != kDone)
         return result_of(t, r);
-    return t.save_body != nullptr ? t.save_body(t, outer) : write_rows(t, function, outer);
+    recover_encryption_version(t);
+    const int rc = t.save_body != nullptr ? t.save_body(t, outer) : write_rows(t, function, outer);
+    return rc == kDone && t.also_save != nullptr ? t.also_save(t, outer) : rc;
 }
 
 std::optional<int> call_table_function(std::string_view name, int outer) {

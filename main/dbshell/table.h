@@ -60,7 +60,11 @@ struct Table {
     std::span<const Statement> load = {};      // empty: select * from the table
     int (*load_body)(const Table&) = nullptr;  // a table that is no row of the catalogue
     int (*save_body)(const Table&, int outer) = nullptr;
-    void (*loaded)() = nullptr;  // runs after a load
+    // After the table's own rows: what else its set or get function moves, a schedule say.  0, or a failure.
+    int (*also_save)(const Table&, int outer) = nullptr;
+    int (*also_load)(const Table&) = nullptr;
+    // How many rows of the list the device has; false when it cannot be told.
+    bool (*device_rows)(int* rows) = nullptr;
     std::string_view name = {};  // the SQL table; TABLE fills these three
     Layout layout = {};
     std::span<const KeyColumn> keys = {};

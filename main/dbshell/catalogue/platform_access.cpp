@@ -7,9 +7,10 @@ namespace {
 
 constexpr const char* kSourceFile = "main/dbshell.c";
 
-void note_encryption_version() {
+int note_encryption_version(const Table&) {
     DB_LOG_AS(kError, "db_get_sec_lock_auth_db_info", "\n\ndb_enc_version = %u\n\n",
               get_cfg_param()->sec_lock_auth.db_enc_version);
+    return 0;
 }
 
 constexpr Table kTables[] = {
@@ -22,7 +23,7 @@ constexpr Table kTables[] = {
             "maxpwdlen, complexity, db_enc_version) values(1, %u, %u, %u, %u, %u, %u, %u, %u);",
             FIELDS(lockcount, locktype, lockipcount, locktime, minpwdlen, maxpwdlen, complexity,
                    db_enc_version)),
-        .loaded = note_encryption_version),
+        .also_load = note_encryption_version),
 };
 
 }  // namespace
