@@ -127,15 +127,15 @@ int close_database() {
     return 0;
 }
 
-int refuse_table(int table) {
-    DB_LOG(kError, "Input table_index error:%d\n", table);
+int refuse_table(const char* function, int table) {
+    DB_LOG_AS(kError, function, "Input table_index error:%d\n", table);
     return -1;
 }
 
 int get_one_table(int table) {
     const TableEntry* entry = registry_entry(table);
     if (entry == nullptr)
-        return refuse_table(table);
+        return refuse_table(__func__, table);
     int result = -1;
     if (entry->get != nullptr) {
         if (db_begin() != 0)
@@ -163,7 +163,7 @@ int update_one_table(int table) {
     std::printf("EN_UPDATE_ONE_TABLE_RECORD, --%d---%d\n", table, kLine);
     const TableEntry* entry = registry_entry(table);
     if (entry == nullptr)
-        return refuse_table(table);
+        return refuse_table(__func__, table);
     if (entry->set == nullptr) {
         std::printf("EN_UPDATE_ONE_TABLE_RECORD, tables_fun[%d].set is null\n", table);
         return -1;
@@ -183,7 +183,7 @@ int update_table_list(const int32_t (&tables)[kTableListSize]) {
             break;
         const TableEntry* entry = registry_entry(table);
         if (entry == nullptr) {
-            result |= refuse_table(table);
+            result |= refuse_table(__func__, table);
         } else if (entry->set == nullptr) {
             std::printf("EN_UPDATE_ONE_TABLE_RECORD, tables_fun[%d].set is null\n", table);
         } else {
@@ -244,8 +244,9 @@ Outcome run(int load_type, const Request& request) {
             cancel_redirection();
             return {};
         case BROADCAST_SET_DEBUG:
+            DB_LOG_AS(kInfo, "db_service_task", "receive BROADCAST_SET_DEBUG\n");
             if (set_debug_para_withcheck(request.buffer, 0, 0) != 0)
-                DB_LOG(kError, "set netprocess debug info err.\n");
+                DB_LOG_AS(kError, "db_service_task", "set netprocess debug info err.\n");
             return {};
         case EN_CLOSE_DATABASE:
             return {close_database()};
@@ -299,7 +300,7 @@ Outcome run(int load_type, const Request& request) {
 
 int save_single_table_info(int table) {
     if (table < 1 || table >= kTableNumbers)
-        return refuse_table(table);
+        return refuse_table(__func__, table);
     const TableEntry& entry = tables_fun[table];
     if (entry.set == nullptr)
         return -1;

@@ -89,12 +89,35 @@ int get_devcapa_data(int channel, int group, int id, int* result) {
     return 0;
 }
 
+CapabilityQuery::CapabilityQuery() {
+    current_query = this;
+}
+
+CapabilityQuery::~CapabilityQuery() {
+    current_query = nullptr;
+}
+
 bool CapabilityQuery::has(int channel, int id) {
-    if (silent_)
+    if (timed_out_)
         return false;
     const int answer = has_capability(channel, kCapabilityGroup, id);
-    silent_ = answer == -1 && last_result == ipc_timed_out;
+    if (answer == -1 && last_result != 0) {
+        unanswered_ = true;
+        timed_out_ = last_result == ipc_timed_out;
+    }
     return answer == 1;
+}
+
+bool CapabilityQuery::unanswered() {
+    return current_query != nullptr && current_query->unanswered_;
+}
+
+int get_hardware_count(HardwareItem item, int* count) {
+    constexpr int kHardwareGroup = 4096;
+    if (!CapabilityQuery::unanswered())
+        return get_devcapa_data(1, kHardwareGroup, item, count);
+    *count = 0;
+    return 0;
 }
 
 uint8_t get_videostandard(int channel) {

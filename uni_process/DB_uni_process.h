@@ -32,15 +32,29 @@ int has_capability(int channel, int group, int id);
 // 0 with the value in *result; -1 with *result untouched.
 int get_devcapa_data(int channel, int group, int id, int* result);
 
-// The capability tests of one operation.  Once a test has timed out, the rest count as absent without
-// being asked.
+// The capability tests of one operation on the whole configuration.  Once a test has timed out, the rest
+// count as absent without being asked.
 class CapabilityQuery {
   public:
+    CapabilityQuery();
+    ~CapabilityQuery();
+    CapabilityQuery(const CapabilityQuery&) = delete;
+    CapabilityQuery& operator=(const CapabilityQuery&) = delete;
+
     bool has(int channel, int id);
 
+    // True within an operation one of whose tests got no answer.
+    static bool unanswered();
+
   private:
-    bool silent_ = false;
+    bool unanswered_ = false;
+    bool timed_out_ = false;
 };
+
+// How many alarm inputs or outputs the device has.  0 with the number in *count, -1 when there was no
+// answer.  Within an operation whose capability tests got no answer it has none, and is not asked again.
+enum HardwareItem : int { kAlarmInputs = 514, kAlarmOutputs = 515 };
+int get_hardware_count(HardwareItem item, int* count);
 
 // The video standard of a channel, counted from 1; only channel 1 exists, any other logs and gives
 // channel 1's.

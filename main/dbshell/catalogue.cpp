@@ -17,7 +17,7 @@ struct Index {
 
     Index() {
         for (const auto domain : {kDeviceTables, kImageTables, kNetworkTables, kScheduleTables, kEventTables,
-                                  kStorageCardTables, kPlatformTables})
+                                  kStorageCardTables, kPtzTables, kAnalyticsTables, kPlatformTables})
             for (const Table& t : domain)
                 add(t);
         std::sort(functions.begin(), functions.end(),

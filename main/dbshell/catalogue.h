@@ -10,6 +10,8 @@ extern const std::span<const Table> kDeviceTables;
 extern const std::span<const Table> kImageTables;
 extern const std::span<const Table> kNetworkTables;
 extern const std::span<const Table> kEventTables;
+extern const std::span<const Table> kPtzTables;
+extern const std::span<const Table> kAnalyticsTables;
 extern const std::span<const Table> kPlatformTables;
 extern const std::span<const Table> kScheduleTables;
 extern const std::span<const Table> kStorageCardTables;

@@ -102,7 +102,7 @@ std::string text_of(const std::byte* at, std::size_t size) {
 // The text that a field is stored as.
 std::string stored_text(const Field& field, const std::byte* at) {
     std::string text;
-    if (field.codec != nullptr)
+    if (field.kind == Kind::coded)
         field.codec->encode(*field.codec, at, text);
     else
         text = text_of(at, field.size);
@@ -167,7 +167,7 @@ void load_text(const Field& field, std::string_view text, std::byte* at) {
         clear.resize(strnlen(clear.data(), clear.size()));
         text = clear;
     }
-    if (field.codec != nullptr)
+    if (field.kind == Kind::coded)
         return field.codec->decode(*field.codec, text, at);
     const auto length = std::min<std::size_t>(text.size(), field.size);
     std::memcpy(at, text.data(), length);
@@ -576,7 +576,7 @@ void Rows::read(const Statement& statement, std::byte* row, RowIndex index) {
             continue;
         auto* at = const_cast<std::byte*>(address_of(field, row, index));
         if (is_null(columns[i])) {
-            if (field.codec != nullptr && field.codec->absent != nullptr)
+            if (field.kind == Kind::coded && field.codec->absent != nullptr)
                 field.codec->absent(at);
         } else if (field.textual()) {
             load_text(field, text(columns[i]), at);

@@ -39,6 +39,7 @@ int64_t read_number(Kind kind, const std::byte* at) {
         case Kind::u64:
             return get<int64_t>(at);
         case Kind::text:
+        case Kind::coded:
         case Kind::block:
             break;
     }
@@ -60,6 +61,7 @@ void write_number(Kind kind, std::byte* at, int64_t value) {
         case Kind::u64:
             return put<uint64_t>(at, value);
         case Kind::text:
+        case Kind::coded:
         case Kind::block:
             break;
     }

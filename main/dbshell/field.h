@@ -12,7 +12,8 @@
 #include <string_view>
 #include <type_traits>
 
-enum class Kind : uint8_t { i8, u8, i16, u16, i32, u32, i64, u64, text, block };
+// A number, a fixed-size character array, an array held as one text (TextCodec), or any other block of bytes.
+enum class Kind : uint8_t { i8, u8, i16, u16, i32, u32, i64, u64, text, coded, block };
 
 constexpr bool is_number(Kind k) {
     return k < Kind::text;
@@ -86,9 +87,9 @@ struct Field {
     bool constant = false;   // `value` always; nothing in the record
     uint16_t encrypted = 0;  // output capacity of the encryption; 0: stored as it is
     int64_t value = 0;
-    const TextCodec* codec = nullptr;  // null: a number, or a fixed-size character array
+    const TextCodec* codec = nullptr;  // Kind::coded only
 
-    constexpr bool textual() const { return codec != nullptr || kind == Kind::text; }
+    constexpr bool textual() const { return kind == Kind::text || kind == Kind::coded; }
     // A credential: never shown in a log or on a screen.
     constexpr bool secret() const {
         return encrypted != 0 || name.find("passw") != std::string_view::npos ||
@@ -119,7 +120,7 @@ constexpr Field plain_field(std::string_view path, std::size_t offset) {
 }
 
 consteval Field coded(Field f, const TextCodec& codec) {
-    f.kind = Kind::block;
+    f.kind = Kind::coded;
     f.codec = &codec;
     return f;
 }

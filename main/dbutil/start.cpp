@@ -62,13 +62,20 @@ int drop_all_tables(db_handle db) {
 // a power cut leaves the old database or the new one.
 int rebuild_from_record() {
     db_handle db = get_db_handle();
-    if (db == nullptr || db_begin() != 0)
+    int tables_before = 0;
+    if (db == nullptr || db_begin() != 0 ||
+        db_query_row_num(db, "select count(*) from sqlite_master;", &tables_before) != 0)
         return -1;
     if (drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables() == 0 &&
         db_update_version(kCurrentVersion, db) == 0)
         return db_commit() == 0 ? 0 : -1;
     DB_LOG(kError, "set_alldata_to_db error\n");
     db_rollback();
+    // An empty database gets its tables at least, so that they can be stored one by one.
+    if (tables_before == 0 && db_begin() == 0) {
+        creat_all_table(db);
+        db_commit();
+    }
     return -1;
 }
 

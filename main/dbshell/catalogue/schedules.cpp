@@ -116,7 +116,7 @@ using Row = WholeDaySchedule;
 using Shape = single_row<Row>;
 constexpr Saver kSaver{
     "db_save_intelligent_track_schedule", ONE(COUNT_BY_TYPE),
-    ONE("insert into week_config_list (process_type,  whole_day, begin_end_time)values(%d, '', '');"),
+    ONE("insert into  week_config_list (process_type,  whole_day, begin_end_time)values(%d, '', '');"),
     ONE("update week_config_list set whole_day = '%s', begin_end_time = '%s' where process_type = %d;",
         COLONS(whole_day), TIMES(kSignedTimes))};
 }  // namespace tracking

@@ -1,0 +1,4 @@
+// Video analytics: detectors and their areas.
+#include "main/dbshell/catalogue.h"
+
+const std::span<const Table> kAnalyticsTables = {};

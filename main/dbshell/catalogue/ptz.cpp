@@ -1,0 +1,4 @@
+// Serial ports, PTZ, domes.
+#include "main/dbshell/catalogue.h"
+
+const std::span<const Table> kPtzTables = {};
