@@ -34,9 +34,11 @@ const SensorBlock* sensor_of(int channel) {
     return record != nullptr ? &record->sensor[0] : nullptr;
 }
 
-// The IPC result of the latest capability test on this thread tells a time-out from an absent main
-// application.
-thread_local int last_result = 0;
+// The IPC result of the latest capability test tells a time-out from an absent main application.
+int last_result = 0;
+
+// The operation that runs now, under g_db_mutexsem.
+const CapabilityQuery* current_query = nullptr;
 
 }  // namespace
 
