@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "main/dbshell/catalogue.h"
 #include "main/dbutil/store.h"
@@ -238,7 +239,7 @@ int write_rows(const Table& t, std::string_view function, int outer) {
 std::optional<RowIndex> index_of(const Table& t, const Rows& rows, int outer) {
     RowIndex index{outer};
     if (const KeyColumn* k = key_of(t, Dim::outer)) {
-        const int64_t i = rows.number(k->name).value_or(outer + k->bias) - k->bias;
+        const int64_t i = rows.key(k->name, outer + k->bias) - k->bias;
         if (i < 0 || i >= outer_count(t)) {
             log_table(t.get, load_key_message(t), i);
             return {};
@@ -246,7 +247,7 @@ std::optional<RowIndex> index_of(const Table& t, const Rows& rows, int outer) {
         index.outer = static_cast<int>(i);
     }
     if (const KeyColumn* k = key_of(t, Dim::inner)) {
-        const int64_t key = rows.number(k->name).value_or(0);
+        const int64_t key = rows.key(k->name, 0);
         const int64_t i = key - k->bias;
         if (i < 0 || i >= t.row_count()) {
             if (t.says.load_row != nullptr)
@@ -296,8 +297,8 @@ void recover_encryption_version(const Table& t) {
     if (get_db_enc_version() != 0 || std::none_of(t.save.begin(), t.save.end(), encrypts))
         return;
     Rows rows(*table_by_number(kEncryptionVersionTable));
-    if (rows.next())
-        set_db_enc_version(static_cast<uint32_t>(rows.number("db_enc_version").value_or(0)));
+    if (rows.next() && !rows.is_null(rows.column("db_enc_version")))
+        set_db_enc_version(static_cast<uint32_t>(rows.number(rows.column("db_enc_version"))));
 }
 
 int read_table(const Table& t) {
@@ -558,11 +559,12 @@ int64_t Rows::number(int column) const {
     return number_of(text(column));
 }
 
-std::optional<int64_t> Rows::number(std::string_view name) const {
+int64_t Rows::key(std::string_view name, int64_t missing) const {
     const int i = column(name);
     if (is_null(i))
-        return {};
-    return number(i);
+        return missing;
+    return std::clamp<int64_t>(number(i), std::numeric_limits<int32_t>::min(),
+                               std::numeric_limits<int32_t>::max());
 }
 
 void Rows::read(const Statement& statement, std::byte* row, RowIndex index) {

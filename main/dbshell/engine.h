@@ -67,7 +67,7 @@ std::string rendered(const Statement& statement, const std::byte* row, RowIndex 
 std::byte* row_at(const Table& table, const Statement& statement, RowIndex index);
 
 // The rows that a select gives, one after another.
-//   for (Rows rows(text, keys, index); rows.next();) rows.number("idx");
+//   for (Rows rows(statement, index); rows.next();) use(rows.key("idx", 0));
 class Rows {
   public:
     // Selects everything from a table.
@@ -88,8 +88,9 @@ class Rows {
     bool is_null(int column) const;
     std::string_view text(int column) const;  // until next()
     int64_t number(int column) const;         // as atoll reads its text
-    // By name; empty when the column is missing or NULL.
-    std::optional<int64_t> number(std::string_view name) const;
+    // A key column by its name, `missing` when it is missing or NULL; a key beyond 32 bits becomes the
+    // nearest, which no row has.
+    int64_t key(std::string_view name, int64_t missing) const;
 
     // Stores the columns that the statement names in the fields at `row`; what is missing or NULL is left
     // alone.

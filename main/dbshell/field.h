@@ -92,8 +92,12 @@ struct Field {
     constexpr bool textual() const { return kind == Kind::text || kind == Kind::coded; }
     // A credential: never shown in a log or on a screen.
     constexpr bool secret() const {
-        return encrypted != 0 || name.find("passw") != std::string_view::npos ||
-               name.find("passphrase") != std::string_view::npos;
+        if (encrypted != 0)
+            return true;
+        for (const std::string_view part : {"passw", "pass_word", "passphrase", "pincode", "secret"})
+            if (name.find(part) != std::string_view::npos)
+                return true;
+        return false;
     }
 };
 

@@ -90,7 +90,7 @@ int load_users(const Table& t) {
     int64_t users = 0;
     for (int i = 0; rows.next(); ++i) {
         if (i == 0)
-            users = std::min<int64_t>(rows.number("user_num").value_or(0), t.row_count());
+            users = std::min<int64_t>(rows.key("user_num", 0), t.row_count());
         if (i >= users || rows.is_null(rows.column("username")))
             break;
         rows.read(t.save[0], row_at(t, t.save[0], {.inner = i}), {.inner = i});
@@ -233,13 +233,13 @@ template <class Place>
 int load_rows(const Table& t, Place place) {
     Rows rows(t);
     while (rows.next()) {
-        const int64_t stream = rows.number("streamidx").value_or(0) - 1;
+        const int64_t stream = rows.key("streamidx", 0) - 1;
         if (stream < 0 || stream >= kMaxStreams) {
             log_table(t.get, "invalid streamidx: %d\n", stream);
             continue;
         }
         RowIndex index{0, static_cast<int>(stream)};
-        const RoiKind* kind = kind_of_type(rows.number("type").value_or(0));
+        const RoiKind* kind = kind_of_type(rows.key("type", 0));
         if (kind != nullptr && place(rows, *kind, index))
             rows.read(kind->save, region_at(*kind, index), index);
     }
@@ -252,7 +252,7 @@ int load_rows(const Table& t, Place place) {
 
 int load(const Table& t) {
     return load_rows(t, [&t](const Rows& rows, const RoiKind& kind, RowIndex& index) {
-        const int64_t channel = rows.number("chan_idx").value_or(1) - 1;
+        const int64_t channel = rows.key("chan_idx", 1) - 1;
         if (channel < 0 || channel >= channel_count()) {
             log_table(t.get, "invalid channel_no: %d\n", channel);
             return false;
@@ -260,7 +260,7 @@ int load(const Table& t) {
         index.outer = static_cast<int>(channel);
         if (kind.count == 1)
             return true;
-        const int64_t region = rows.number("type_idx").value_or(0) - 1;
+        const int64_t region = rows.key("type_idx", 0) - 1;
         if (region < 0 || region >= kind.count) {
             log_table(t.get, "invalid idx: %d\n", region);
             return false;

@@ -258,7 +258,7 @@ int query_failed(std::string_view function, const char* message, const Rows& row
 
 // The index of an alarm's row; empty when it is out of range, which is logged.
 std::optional<int> alarm_of(std::string_view function, const Rows& rows) {
-    const int64_t alarm = rows.number("alarm_no").value_or(0) - 1;
+    const int64_t alarm = rows.key("alarm_no", 0) - 1;
     if (alarm >= 0 && alarm < kMaxAlarms)
         return static_cast<int>(alarm);
     log_table(function, "invalid alarm_no: %d\n", alarm);
@@ -299,8 +299,8 @@ constexpr auto& kSelect = ONE("select * from week_config_list where process_type
 int load_week_list(const Table& t) {
     Rows rows(t.load[0], {});
     for (int row = 0; rows.next(); ++row) {
-        const auto process_type = static_cast<int>(rows.number("process_type").value_or(0));
-        const int64_t channel = rows.number("chan_no").value_or(1) - 1;
+        const auto process_type = static_cast<int>(rows.key("process_type", 0));
+        const int64_t channel = rows.key("chan_no", 1) - 1;
         if (channel < 0 || channel >= channel_count()) {
             DB_LOG_AS(kError, "db_get_week_list", "invalid chan_no(%d) for row_no(%d)\n",
                       static_cast<int>(channel), row);
@@ -316,8 +316,8 @@ int load_rule_schedules(const Table& t) {
         Rows rows(t.load[0], {.third = channel});
         auto& scenes = get_cfg_param()->analytics.qor_scene[channel];
         while (rows.next()) {
-            const int64_t scene = rows.number("scene").value_or(0) - 1;
-            const int64_t rule = rows.number("rule").value_or(0) - 1;
+            const int64_t scene = rows.key("scene", 0) - 1;
+            const int64_t rule = rows.key("rule", 0) - 1;
             if (scene >= 0 && scene < std::ssize(scenes) && rule >= 0 &&
                 rule < std::ssize(scenes[scene].rule))
                 rows.read(by_rule::kSaver.save,
@@ -336,7 +336,7 @@ int load_type(const char* function, int process_type, const Saver& saver, Schedu
         return -1;
     Rows rows(one_type::kSelect, {process_type});
     while (rows.next()) {
-        const int64_t channel = rows.number("chan_no").value_or(1) - 1;
+        const int64_t channel = rows.key("chan_no", 1) - 1;
         if (channel < 0 || channel >= channel_count())
             log_table(function, "invalid chan_no: %d\n", channel);
         else
