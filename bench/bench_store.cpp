@@ -12,6 +12,7 @@
 #include "main/dbshell/engine.h"
 #include "main/dbutil/registry.h"
 #include "main/dbutil/store.h"
+#include "main/dbutil/transaction.h"
 #include "main/state.h"
 #include "platform/device_debug.h"
 #include "platform/device_paths.h"
@@ -53,8 +54,14 @@ void fail(const char* what) {
     std::exit(1);
 }
 
+// Every set function of the registry.
 int store_all() {
-    return db_begin() == 0 && store_all_tables() == 0 ? db_commit() : -1;
+    if (db_begin() != 0)
+        return -1;
+    for (const Table* t : all_tables())
+        if (!t->set.empty() && save_table(*t) != 0)
+            return -1;
+    return db_commit();
 }
 
 // Every get function of the registry, as the whole-configuration load calls them.

@@ -5,8 +5,10 @@
 #include <optional>
 
 #include "main/dbshell/engine.h"
+#include "main/dbutil/all_tables.h"
 #include "main/dbutil/registry.h"
 #include "main/dbutil/store.h"
+#include "main/dbutil/transaction.h"
 #include "main/dbutil/versions.h"
 #include "main/log.h"
 #include "main/request_kinds.h"

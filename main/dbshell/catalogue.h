@@ -16,6 +16,9 @@ extern const std::span<const Table> kPlatformTables;
 extern const std::span<const Table> kScheduleTables;
 extern const std::span<const Table> kStorageCardTables;
 
+// The table that holds the encryption version word.
+inline constexpr int kEncryptionVersionTable = 187;
+
 // Every table, domain by domain.
 std::span<const Table* const> all_tables();
 

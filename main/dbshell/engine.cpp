@@ -290,7 +290,6 @@ int read_rows(const Table& t, Rows&& rows, int outer) {
 // A record that was wiped has lost the version word under which the database's texts are encrypted; they
 // are read and written under the word that is stored beside them, and never under a new one.
 void recover_encryption_version(const Table& t) {
-    constexpr int kEncryptionVersionTable = 187;
     const auto encrypts = [](const Statement& s) {
         return std::any_of(s.fields.begin(), s.fields.end(), [](const Field& f) { return f.encrypted != 0; });
     };

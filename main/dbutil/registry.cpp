@@ -1,19 +1,10 @@
 #include "main/dbutil/registry.h"
 
 #include "main/dbshell/engine.h"
-#include "main/dbutil/start.h"
-#include "main/dbutil/store.h"
-#include "main/log.h"
-#include "main/state.h"
-#include "uni_process/DB_uni_process.h"
-#include "uni_process/operation_log.h"
 
 TableEntry tables_fun[kTableNumbers];
 
 namespace {
-
-constexpr const char* kSourceFile = "main/dbutil.c";
-constexpr int kEncryptionVersionTable = 187;
 
 int get_table(const TableEntry*, int, int table) {
     return load_table(*table_by_number(table));
@@ -21,90 +12,6 @@ int get_table(const TableEntry*, int, int table) {
 
 int set_table(const TableEntry*, int, int table) {
     return save_table(*table_by_number(table));
-}
-
-enum Direction : unsigned { kLoad = 1, kStore = 2 };
-
-struct CapabilityId {
-    int id;
-    unsigned directions = kLoad | kStore;
-};
-
-struct TableRange {
-    int first, last;
-    unsigned directions = kLoad | kStore;
-};
-
-// Tables that only some devices have.  The tables are passed over unless one of the capabilities is
-// present on one of the channels.
-struct Gate {
-    bool any_channel;  // channels 1 to maxEnChanNo; otherwise channel 1 only
-    std::initializer_list<CapabilityId> capabilities;
-    std::initializer_list<TableRange> tables;
-    const char* message;  // per table passed over; null: none
-};
-
-constexpr Gate kGates[] = {
-    {true, {{319}, {320}, {321}}, {{109, 111}, {112, 112, kStore}, {113, 117}, {119, 119}}, nullptr},
-    {false, {{331}, {333}, {454}, {584, kLoad}}, {{134, 143}}, nullptr},
-    {false, {{652}}, {{162, 166}}, nullptr},
-    {true, {{653}}, {{235, 245}}, "device do not support judicial\n"},
-    {true, {{609}}, {{233, 233}}, "device do not support color filter\n"},
-    {true, {{584}}, {{205, 216}}, "device do not support intell monitor\n"},
-};
-
-class Capabilities {
-  public:
-    explicit Capabilities(Direction direction) : direction_(direction) {
-        // Two capabilities are asked per channel without any bearing on the tables; the main application
-        // may count on it.
-        for (int channel = 1; channel <= channel_count(); ++channel) {
-            query_.has(channel, 312);
-            query_.has(channel, 316);
-        }
-        for (std::size_t i = 0; i < std::size(kGates); ++i)
-            open_[i] = present(kGates[i]);
-    }
-
-    // The gate that closes the table, or null.
-    const Gate* closed_for(int table) const {
-        for (std::size_t i = 0; i < std::size(kGates); ++i) {
-            if (open_[i])
-                continue;
-            for (const TableRange& r : kGates[i].tables)
-                if (table >= r.first && table <= r.last && (r.directions & direction_) != 0)
-                    return &kGates[i];
-        }
-        return nullptr;
-    }
-
-  private:
-    Direction direction_;
-    CapabilityQuery query_;
-    bool open_[std::size(kGates)];
-
-    bool present(const Gate& gate) {
-        const int channels = gate.any_channel ? channel_count() : 1;
-        for (int channel = 1; channel <= channels; ++channel)
-            for (const CapabilityId& c : gate.capabilities)
-                if ((c.directions & direction_) != 0 && query_.has(channel, c.id))
-                    return true;
-        return false;
-    }
-};
-
-// Calls `visit` for every table that the device has, in ascending order, until it returns false.
-template <class Visit>
-void visit_tables(Direction direction, const char* function, Visit visit) {
-    const Capabilities capabilities(direction);
-    for (int t = 1; t < kTableNumbers; ++t) {
-        if (const Gate* gate = capabilities.closed_for(t)) {
-            if (gate->message != nullptr)
-                DB_LOG_AS(kError, function, "%s", gate->message);
-        } else if (!visit(t)) {
-            return;
-        }
-    }
 }
 
 }  // namespace
@@ -120,52 +27,4 @@ void init_tables_fun() {
 
 const TableEntry* registry_entry(int table) {
     return table >= 0 && table < kTableNumbers ? &tables_fun[table] : nullptr;
-}
-
-int get_alldata_from_db() {
-    if (db_begin() != 0)
-        return -1;
-    int result = 0;
-    visit_tables(kLoad, __func__, [&](int t) {
-        if (tables_fun[t].get == nullptr) {
-            DB_LOG_AS(kError, "get_alldata_from_db", "tables_fun[%d].get is null \n", t);
-            return true;
-        }
-        if (const int rc = tables_fun[t].get(tables_fun, kLoadFlag, t); rc != 0) {
-            result = rc;
-            DB_LOG_AS(kError, "get_alldata_from_db", "get_alldata_from_db failed,table:%d\n", t);
-        }
-        return true;
-    });
-    db_commit();
-    return result;
-}
-
-int store_all_tables() {
-    int failed = 0;
-    visit_tables(kStore, "set_alldata_to_db", [&](int t) {
-        if (tables_fun[t].set != nullptr && tables_fun[t].set(tables_fun, kSaveFlag, t) != 0)
-            failed = t;
-        return failed == 0;
-    });
-    if (failed == 0)
-        return 0;
-    DB_LOG_AS(kError, "set_alldata_to_db", "tables_fun[%d].set() failed, going to rollback\n", failed);
-    log_operation("tables_fun[%d].set failed.Need rollback\n", failed);
-    return -1;
-}
-
-int set_alldata_to_db() {
-    makesure_database_exist();
-    if (db_begin() != 0)
-        return -1;
-    if (store_all_tables() != 0) {
-        db_rollback();
-        return -1;
-    }
-    return db_commit() == 0 ? 0 : -1;
-}
-
-int save_encryption_version() {
-    return set_table(tables_fun, kSaveFlag, kEncryptionVersionTable);
 }

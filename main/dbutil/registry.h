@@ -1,4 +1,4 @@
-// The table registry: table numbers to their get and set functions, and the load and store of everything.
+// The table registry: table numbers to their get and set functions.
 #ifndef DBUTIL_REGISTRY_H
 #define DBUTIL_REGISTRY_H
 
@@ -26,16 +26,5 @@ void init_tables_fun();
 
 // The entry of a table number, or null when it is outside the registry.
 const TableEntry* registry_entry(int table);
-
-// Both ask the main application for the device's capabilities first and pass over what the device lacks.
-// The load goes on after a failure.  0, or the result of the last get that failed.
-int get_alldata_from_db();
-// The first failure rolls all back.  0 or -1.
-int set_alldata_to_db();
-// What set_alldata_to_db does inside its transaction.  0, or -1 at the first failure.
-int store_all_tables();
-
-// Stores the encryption version with the table that holds it, inside the transaction that first needs it.
-int save_encryption_version();
 
 #endif

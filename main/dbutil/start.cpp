@@ -8,8 +8,8 @@
 #include <string>
 
 #include "main/dbshell/engine.h"
+#include "main/dbutil/all_tables.h"
 #include "main/dbutil/registry.h"
-#include "main/dbutil/schema.h"
 #include "main/dbutil/store.h"
 #include "main/dbutil/versions.h"
 #include "main/log.h"
@@ -19,7 +19,6 @@
 namespace {
 
 constexpr const char* kSourceFile = "main/dbutil.c";
-constexpr int kEncryptionVersionTable = 187;
 constexpr int kLockAttempts = 6;
 
 // Why a database without a readable version has none.
@@ -42,41 +41,6 @@ Condition condition_of(db_handle db) {
     DB_LOG_AS(kError, "init_database", "the database %s cannot be read: %s\n", get_db_path(),
               sqlite3_errstr(rc));
     return rc == SQLITE_NOTADB || rc == SQLITE_CORRUPT ? Condition::damaged : Condition::unreadable;
-}
-
-int drop_all_tables(db_handle db) {
-    db_cursor cursor{};
-    int rc = db_query_open_v2(
-        db, "select name from sqlite_master where type='table' and name not like 'sqlite_%';", &cursor);
-    for (int i = 0; rc == 0 && i < db_query_rec_count_v2(&cursor); ++i) {
-        std::string quoted;
-        for (const char* c = db_query_fields_v2(&cursor, "name", i); *c != '\0'; ++c)
-            quoted.append(*c == '"' ? 2 : 1, *c);
-        rc = db_execsql(db, ("drop table \"" + quoted + "\";").c_str());
-    }
-    db_query_close_v2(&cursor);
-    return rc;
-}
-
-// All tables made anew, filled from the record and stamped with the current version, in one transaction:
-// a power cut leaves the old database or the new one.
-int rebuild_from_record() {
-    db_handle db = get_db_handle();
-    int tables_before = 0;
-    if (db == nullptr || db_begin() != 0 ||
-        db_query_row_num(db, "select count(*) from sqlite_master;", &tables_before) != 0)
-        return -1;
-    if (drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables() == 0 &&
-        db_update_version(kCurrentVersion, db) == 0)
-        return db_commit() == 0 ? 0 : -1;
-    DB_LOG(kError, "set_alldata_to_db error\n");
-    db_rollback();
-    // An empty database gets its tables at least, so that they can be stored one by one.
-    if (tables_before == 0 && db_begin() == 0) {
-        creat_all_table(db);
-        db_commit();
-    }
-    return -1;
 }
 
 }  // namespace
@@ -116,22 +80,4 @@ int init_database() {
     db_update_old_version(version, get_db_handle());
     DB_LOG(kInfo, "Direct read from the database\n");
     return get_alldata_from_db();
-}
-
-int makesure_database_exist() {
-    if (check_file_exist(get_db_path()) == 0)
-        return 0;
-    if (errno != ENOENT) {
-        DB_LOG(kError, "check_file_exist return failed(errno = %d)\n", errno);
-        return -1;
-    }
-    static bool running = false;  // storing everything comes back here
-    if (running || closing_flag)
-        return -1;
-    running = true;
-    // The file is gone: a handle that is still open leads to its deleted self.
-    set_db_handle(db_open(get_db_path()));
-    const int result = rebuild_from_record();
-    running = false;
-    return result;
 }

@@ -7,8 +7,4 @@
 // the record is loaded.
 int init_database();
 
-// Makes the main database if its file is missing, fills it from the record and stamps the current version.
-// 0 when it exists afterwards.
-int makesure_database_exist();
-
 #endif

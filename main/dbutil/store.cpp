@@ -10,12 +10,9 @@
 #include <memory>
 #include <unordered_map>
 
-#include "main/dbutil/registry.h"
 #include "main/dbutil/schema.h"
 #include "main/log.h"
-#include "main/state.h"
 #include "platform/device_paths.h"
-#include "sec/sec_db_enc.h"
 #include "uni_process/operation_log.h"
 
 namespace {
@@ -188,81 +185,6 @@ int db_report_error() {
     const int code = sqlite3_errcode(process_handle);
     DB_LOG_AS(kError, "db_execsql_adapt", "SQL error:%d, %s\n", code, sqlite3_errmsg(process_handle));
     return code;
-}
-
-// ------------------------------------------------------------------------------------- transactions
-
-int db_begin() {
-    const int rc = db_execsql(get_db_handle(), "BEGIN;");
-    if (rc != 0)
-        DB_LOG(kError, "BEGIN err\n");
-    return rc;
-}
-
-int db_begin_exclusive() {
-    const int rc = db_execsql(get_db_handle(), "BEGIN exclusive;");
-    if (rc != 0)
-        DB_LOG(kError, "BEGIN exclusive failed(%d)...\n", rc);
-    return rc;
-}
-
-int try_db_begin_exclusive() {
-    int rc = 0;
-    for (int attempt = 0; attempt < 6; ++attempt) {
-        rc = db_begin_exclusive();
-        if (rc == 0)
-            break;
-        sleep(1);
-    }
-    return rc;
-}
-
-int db_rollback() {
-    db_enc_version_undo();
-    if (db_transaction_lost())
-        return 0;  // SQLite was there first
-    const int rc = db_execsql(get_db_handle(), "ROLLBACK;");
-    if (rc != 0)
-        DB_LOG(kError, "ROLLBACK err\n");
-    return rc;
-}
-
-int db_commit() {
-    int rc = 0;
-    if (db_enc_version_pending())
-        rc = save_encryption_version();
-    if (rc == 0)
-        rc = db_execsql(get_db_handle(), "COMMIT;");
-    if (rc == 0) {
-        db_enc_version_settled();
-        return 0;
-    }
-    DB_LOG(kError, "COMMIT err\n");
-    db_rollback();
-    return rc;
-}
-
-bool db_transaction_lost() {
-    return process_handle == nullptr || sqlite3_get_autocommit(process_handle) != 0;
-}
-
-Savepoint::Savepoint()
-    : open_(db_execsql(process_handle, "savepoint table_function;") == 0),
-      version_pending_(db_enc_version_pending()) {}
-
-Savepoint::~Savepoint() {
-    if (!open_)
-        return;
-    if (!version_pending_)
-        db_enc_version_undo();
-    if (!db_transaction_lost())
-        db_execsql(process_handle, "rollback to table_function; release table_function;");
-}
-
-void Savepoint::keep() {
-    if (open_)
-        db_execsql(process_handle, "release table_function;");
-    open_ = false;
 }
 
 // ------------------------------------------------------------------------------------- files

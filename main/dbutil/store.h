@@ -1,7 +1,7 @@
-// The store: the one connection to the configuration database, its transactions, its files.
+// The store: the one connection to the configuration database, and its files.
 //
-//   db_handle db = db_open(get_db_path());     set_db_handle(db);
-//   if (db_begin() == 0) { ...; db_commit(); }
+//   set_db_handle(db_open(get_db_path()));
+//   db_execsql(get_db_handle(), "...");
 //
 // Every call below takes place under g_db_mutexsem.
 #ifndef DBUTIL_STORE_H
@@ -58,35 +58,6 @@ sqlite3_stmt* db_prepare(const void* made_from, const std::string& sql);
 
 // Logs SQLite's last error on the handle and returns its code.
 int db_report_error();
-
-// ------------------------------------------------------------------------------------- transactions
-//
-// All on the process-wide handle; 0 or a failure code.  A transaction that stores the first encrypted
-// text also stores the encryption version that reads it, and a rollback takes that version back.
-
-int db_begin();
-int db_begin_exclusive();
-int try_db_begin_exclusive();  // six attempts, each failure followed by a second's pause
-int db_rollback();
-int db_commit();  // rolls back when it fails
-
-// True when SQLite has rolled the transaction back by itself (disk full, I/O error): nothing more may run
-// in it.
-bool db_transaction_lost();
-
-// Part of a transaction that can be undone on its own.  Undone unless kept.
-class Savepoint {
-  public:
-    Savepoint();
-    ~Savepoint();
-    Savepoint(const Savepoint&) = delete;
-    Savepoint& operator=(const Savepoint&) = delete;
-    void keep();
-
-  private:
-    bool open_;
-    bool version_pending_;  // before it
-};
 
 // ------------------------------------------------------------------------------------- files
 
