@@ -7,6 +7,7 @@
 #include "main/dbshell/engine.h"
 #include "main/dbutil/all_tables.h"
 #include "main/dbutil/registry.h"
+#include "main/dbutil/start.h"
 #include "main/dbutil/store.h"
 #include "main/dbutil/transaction.h"
 #include "main/dbutil/versions.h"
@@ -73,15 +74,15 @@ bool arguments_valid(const RequestKind& kind, const ServiceRequest& r) {
 
 int run_functions(Run run, std::initializer_list<const char*> functions, int index) {
     if (!are_available(functions)) {
-        DB_LOG(kError, "a table of this request kind is not supported\n");
+        DB_LOG_AS(kError, "db_service_task", "a table of this request kind is not supported\n");
         return -1;
     }
     if (run == Run::exclusive) {
         if (try_db_begin_exclusive() != 0) {
-            DB_LOG(kError, "try_db_begin_exclusive failed\n");
+            DB_LOG_AS(kError, "db_service_task", "try_db_begin_exclusive failed\n");
             return -1;
         }
-    } else if (db_begin() != 0) {
+    } else if (!db_begin_unless_closed()) {
         return -1;
     }
     int failures = 0;
@@ -123,7 +124,7 @@ int close_database() {
     closing_flag = true;
     db_handle db = get_db_handle();
     if (db == nullptr)
-        DB_LOG(kError, "database is already closed.\n");
+        DB_LOG_AS(kError, "db_service_task", "database is already closed.\n");
     else
         db_close(&db);
     return 0;
@@ -140,7 +141,7 @@ int get_one_table(int table) {
         return refuse_table(__func__, table);
     int result = -1;
     if (entry->get != nullptr) {
-        if (db_begin() != 0)
+        if (!db_begin_unless_closed())
             return -1;
         result = entry->get(tables_fun, kLoadFlag, table);
         db_commit();
@@ -170,14 +171,14 @@ int update_one_table(int table) {
         std::printf("EN_UPDATE_ONE_TABLE_RECORD, tables_fun[%d].set is null\n", table);
         return -1;
     }
-    if (db_begin() != 0)
+    if (!db_begin_unless_closed())
         return -1;
     const int result = set_in_savepoint(*entry);
-    return db_commit() == 0 ? result : -1;
+    return db_commit() == 0 || result != 0 ? result : -1;
 }
 
 int update_table_list(const int32_t (&tables)[kTableListSize]) {
-    if (db_begin() != 0)
+    if (!db_begin_unless_closed())
         return -1;
     int result = 0;
     for (const int table : tables) {
@@ -191,10 +192,10 @@ int update_table_list(const int32_t (&tables)[kTableListSize]) {
         } else {
             result |= set_in_savepoint(*entry);
             if (db_transaction_lost())
-                return -1;
+                break;
         }
     }
-    return db_commit() == 0 ? result : -1;
+    return db_commit() == 0 || result != 0 ? result : -1;
 }
 
 template <class Work>
@@ -206,21 +207,21 @@ int committed(Work work) {
 }
 
 void redirect_output(const void* path) {
-    DB_LOG(kInfo, "receive REDIRECTION_OUTPUT_OPEN\n");
+    DB_LOG_AS(kInfo, "db_service_task", "receive REDIRECTION_OUTPUT_OPEN\n");
     int output = -1;
     int error = -1;
     if (redirection_output(path, &output, &error) == -1)
-        DB_LOG(kError, "redirection_output failure.\n");
-    DB_LOG(kInfo, "receive REDIRECTION_OUTPUT_OPEN\n");
+        DB_LOG_AS(kError, "db_service_task", "redirection_output failure.\n");
+    DB_LOG_AS(kInfo, "db_service_task", "receive REDIRECTION_OUTPUT_OPEN\n");
     std::puts("printf receive REDIRECTION_OUTPUT_OPEN");
 }
 
 void cancel_redirection() {
-    DB_LOG(kInfo, "receive REDIRECTION_OUTPUT_CLOSE\n");
+    DB_LOG_AS(kInfo, "db_service_task", "receive REDIRECTION_OUTPUT_CLOSE\n");
     int output = -1;
     int error = -1;
     if (rdirection_output_cancle(&output, &error) == -1)
-        DB_LOG(kError, "rdirection_output_cancle failure.\n");
+        DB_LOG_AS(kError, "db_service_task", "rdirection_output_cancle failure.\n");
 }
 
 void print_build_info() {
@@ -236,8 +237,25 @@ struct Outcome {
     int handler_result = 1;
 };
 
+// True for the kinds that put the record, or what belongs to it, into the database.
+bool stores(int load_type) {
+    return load_type == EN_SET_DB_VERSION ||
+           (load_type >= EN_UPDATE_ONE_TABLE_RECORD && load_type <= kLastReplyKind);
+}
+
+// A record that was not loaded must not replace what is stored.  Nor may the request that loads it at
+// last: what its sender wanted stored is gone.
+bool refuses_store(int load_type) {
+    if (!was_load_pending() || !stores(load_type))
+        return false;
+    DB_LOG_AS(kError, "db_service_task", "the database had not been loaded yet: nothing is stored\n");
+    return true;
+}
+
 Outcome run(int load_type, const Request& request) {
     const int table = request.table();
+    if (refuses_store(load_type))
+        return {-1};
     switch (load_type) {
         case REDIRECTION_OUTPUT_OPEN:
             redirect_output(request.buffer);

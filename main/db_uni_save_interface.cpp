@@ -32,7 +32,7 @@ constexpr Table kTables[] = {
     TABLE_BY(
         single_row, event.sd_card.exception, (outer("exception_type", 0)), .number = 229,
         .get = "db_get_sd_handle_type", .set = "db_set_sd_handle_type",
-        .says = {.write = "exception_list_comm save err:%s\n"},
+        .says = {.write = "exception_list_comm save err:%s\n"}, .graded_access = true,
         .save = SAVE("replace into exception_list_comm (exception_type, handle_type, alarm_out_triggered, "
                      "email_capture_triggered, capture_triggered) values(%d, %u, %u, %u, %u);",
                      FIELDS(handle_type, alarm_out_triggered, email_capture_triggered, capture_triggered)),

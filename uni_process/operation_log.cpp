@@ -104,6 +104,8 @@ void write_db_info_to_file(const char* text, int length) {
             position = kLogHeaderSize;
     }
     if (position >= 0) {
+        if (lseek(fd, 0, SEEK_END) > kLogFileSize && ftruncate(fd, kLogFileSize) != 0)
+            DB_LOG(kError, "%s is too long\n", path.c_str());
         lseek(fd, position, SEEK_SET);
         const auto written = static_cast<int>(write(fd, text, static_cast<std::size_t>(length)));
         if (written == length)

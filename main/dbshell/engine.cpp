@@ -366,7 +366,8 @@ std::optional<int> call_table_function(std::string_view name, int outer) {
 // ------------------------------------------------------------------------------------- for odd tables
 
 int result_of(const Table& table, Result result) {
-    return result == kDone || table.graded ? result : -1;
+    const bool access = result == kNoHandle || result == kNoRecord;
+    return result == kDone || table.graded || (table.graded_access && access) ? result : -1;
 }
 
 void log_table(std::string_view function, const char* message, int64_t number, const std::string& text,
@@ -468,6 +469,20 @@ Result ensure_rows(const Table& t, std::string_view function, RowIndex index) {
     return kDone;
 }
 
+namespace {
+
+// A character of a value as a log line shows it: quotes as SQL doubles them, no control byte as it is.
+void append_shown(std::string& out, char c) {
+    constexpr char kDigits[] = "0123456789abcdef";
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F)
+        out.append("\\x").append(1, kDigits[byte / 16]).append(1, kDigits[byte % 16]);
+    else
+        out.append(c == '\'' ? 2 : 1, c);
+}
+
+}  // namespace
+
 std::string rendered(const Statement& statement, const std::byte* row, RowIndex index) {
     const SqlText sql(statement.text);
     std::string out;
@@ -487,7 +502,7 @@ std::string rendered(const Statement& statement, const std::byte* row, RowIndex 
             out += "***";
         } else if (field != nullptr && field->textual()) {
             for (const char c : stored_text(*field, address_of(*field, row, index)))
-                out.append(c == '\'' ? 2 : 1, c);
+                append_shown(out, c);
         } else {
             out += std::to_string(stored_number(p.conversion, field == nullptr
                                                                   ? index.key(statement.keys[p.index])

@@ -108,10 +108,10 @@ void encode_list(const TextCodec& codec, const std::byte* member, std::string& t
 void decode_list(const TextCodec& codec, std::string_view text, std::byte* member) {
     for (unsigned g = 0; g < codec.groups; ++g, member += codec.group_stride) {
         for (const ListItem& item : codec.group) {
-            if (text.empty() || (codec.separator == 0 && text.size() < item.width))
+            if (text.empty())
                 return;  // the items that are missing keep their values
             const auto length =
-                codec.separator != 0 ? std::min(text.find(codec.separator), text.size()) : item.width;
+                std::min(codec.separator != 0 ? text.find(codec.separator) : item.width, text.size());
             write_number(item.kind, member + item.offset, number_of(text.substr(0, length)));
             text.remove_prefix(std::min(text.size(), codec.separator != 0 ? length + 1 : length));
         }

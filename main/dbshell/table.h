@@ -50,6 +50,7 @@ struct Table {
     std::string_view get = {}, set = {}, single = {};  // the functions' names; empty: no such function
     Messages says = {};
     bool graded = false;                    // result codes -1 to -7 tell the cause; otherwise -1 for all
+    bool graded_access = false;             // only -6 and -7 do: no database, no record
     bool top_up = false;                    // missing rows are added to those present, nothing is deleted
     bool bad_key_ends_load = false;         // a row of an unknown channel fails the load
     int rows = 0;                           // rows a list has for one outer index; 0: as many as its array

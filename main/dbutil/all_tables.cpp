@@ -91,8 +91,7 @@ class Capabilities {
 
 // Calls `visit` for every table that the device has, in ascending order, until it returns false.
 template <class Visit>
-void visit_tables(Direction direction, const char* function, Visit visit) {
-    const Capabilities capabilities(direction);
+void visit_tables(const Capabilities& capabilities, const char* function, Visit visit) {
     for (int t = 1; t < kTableNumbers; ++t) {
         if (const Gate* gate = capabilities.closed_for(t)) {
             if (gate->message != nullptr)
@@ -104,9 +103,9 @@ void visit_tables(Direction direction, const char* function, Visit visit) {
 }
 
 // What set_alldata_to_db does inside its transaction.  0, or -1 at the first failure.
-int store_all_tables() {
+int store_all_tables(const Capabilities& capabilities) {
     int failed = 0;
-    visit_tables(kStore, "set_alldata_to_db", [&](int t) {
+    visit_tables(capabilities, "set_alldata_to_db", [&](int t) {
         if (tables_fun[t].set != nullptr && tables_fun[t].set(tables_fun, kSaveFlag, t) != 0)
             failed = t;
         return failed == 0;
@@ -135,10 +134,11 @@ int drop_all_tables(db_handle db) {
 }  // namespace
 
 int get_alldata_from_db() {
-    if (db_begin() != 0)
+    const Capabilities capabilities(kLoad);
+    if (!db_begin_unless_closed())
         return -1;
     int result = 0;
-    visit_tables(kLoad, __func__, [&](int t) {
+    visit_tables(capabilities, __func__, [&](int t) {
         if (tables_fun[t].get == nullptr) {
             DB_LOG_AS(kError, "get_alldata_from_db", "tables_fun[%d].get is null \n", t);
             return true;
@@ -155,9 +155,10 @@ int get_alldata_from_db() {
 
 int set_alldata_to_db() {
     makesure_database_exist();
-    if (db_begin() != 0)
+    const Capabilities capabilities(kStore);
+    if (!db_begin_unless_closed())
         return -1;
-    if (store_all_tables() != 0) {
+    if (store_all_tables(capabilities) != 0) {
         db_rollback();
         return -1;
     }
@@ -165,12 +166,13 @@ int set_alldata_to_db() {
 }
 
 int rebuild_from_record() {
+    const Capabilities capabilities(kStore);
     db_handle db = get_db_handle();
     int tables_before = 0;
     if (db == nullptr || db_begin() != 0 ||
         db_query_row_num(db, "select count(*) from sqlite_master;", &tables_before) != 0)
         return -1;
-    if (drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables() == 0 &&
+    if (drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables(capabilities) == 0 &&
         db_update_version(kCurrentVersion, db) == 0)
         return db_commit() == 0 ? 0 : -1;
     DB_LOG(kError, "set_alldata_to_db error\n");

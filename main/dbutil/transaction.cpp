@@ -22,6 +22,10 @@ int db_begin() {
     return rc;
 }
 
+bool db_begin_unless_closed() {
+    return db_begin() == 0 || get_db_handle() == nullptr;
+}
+
 int db_begin_exclusive() {
     const int rc = db_execsql(get_db_handle(), "BEGIN exclusive;");
     if (rc != 0)

@@ -8,6 +8,9 @@
 #define DBUTIL_TRANSACTION_H
 
 int db_begin();
+// For callers of table functions: true when they may be called.  They are called without a database too,
+// and tell so by their own messages and codes; but never outside a transaction of an open one.
+bool db_begin_unless_closed();
 int db_begin_exclusive();
 int try_db_begin_exclusive();  // six attempts, each failure followed by a second's pause
 int db_rollback();

@@ -108,6 +108,7 @@ int load_users(const Table& t) {
 // apart by the column `type`, and a missing row is added wherever it is missing.
 
 struct RoiKind {
+    const char* function;
     int type;
     int count;          // regions of a stream
     std::size_t first;  // where they lie in StreamRoi, and how far apart
@@ -158,19 +159,21 @@ constexpr auto& kSave =
     "h, name) values(%d, %d, %d, 1, 0, 0, 0, 0, 0, 0, 0, 0, '');"
 
 constexpr RoiKind kKinds[] = {
-    {1, std::size(StreamRoi{}.region), offsetof(StreamRoi, region), sizeof(RoiRegion),
+    {"db_save_roi_region_cfg_single", 1, std::size(StreamRoi{}.region), offsetof(StreamRoi, region),
+     sizeof(RoiRegion),
      ONE("select type_idx from roi_conf_table where type=1 and chan_idx = %d and streamidx=%d;"),
      ONE("insert into roi_conf_table(chan_idx, streamidx, region_num, face_num, type,type_idx,enable,level, "
          "x, y, w, h, "
          "name) values (%d,%d,0,0,1,%d,0,0,0,0,0,0,'');"),
      region::kSave},
-    {2, 1, offsetof(StreamRoi, face), 0,
+    {"db_save_roi_face_cfg_single", 2, 1, offsetof(StreamRoi, face), 0,
      ONE("select count(*) from roi_conf_table where chan_idx = %d and streamidx = %d and type = 2;"),
      ONE(ONE_AREA_FILL, value("type", 2)), kSaveFace},
-    {3, 1, offsetof(StreamRoi, move_track), 0,
+    {"db_save_roi_move_track_cfg_single", 3, 1, offsetof(StreamRoi, move_track), 0,
      ONE("select count(*) from roi_conf_table where chan_idx = %d and streamidx = %d and type = 3;"),
      ONE(ONE_AREA_FILL, value("type", 3)), kSaveMoveTrack},
-    {4, std::size(StreamRoi{}.plate), offsetof(StreamRoi, plate), sizeof(RoiArea),
+    {"db_save_roi_plate_cfg_sigle", 4, std::size(StreamRoi{}.plate), offsetof(StreamRoi, plate),
+     sizeof(RoiArea),
      ONE("select type_idx from roi_conf_table where type=4 and chan_idx = %d and streamidx=%d;"),
      ONE("insert into roi_conf_table(chan_idx, streamidx, region_num, face_num, plate_num, "
          "type,type_idx,enable,level, x, "
@@ -202,18 +205,18 @@ Result save_kind(const Table& t, const RoiKind& kind, RowIndex index) {
             there[n - 1] = true;
     }
     if (rows.error() != 0) {
-        log_table(t.single, t.says.count, rows.error());
+        log_table(kind.function, t.says.count, rows.error());
         return kQueryFailed;
     }
     for (index.third = 0; index.third < kind.count; ++index.third) {
         const std::byte* region = region_at(kind, index);
         if (!there[index.third])
             if (const int rc = execute(kind.fill, nullptr, index); rc != 0) {
-                log_table(t.single, "insert into roi_conf_table err \n", rc);
+                log_table(kind.function, "insert into roi_conf_table err \n", rc);
                 return kInsertFailed;
             }
         if (const int rc = execute(kind.save, region, index); rc != 0) {
-            log_table(t.single, t.says.write, rc);
+            log_table(kind.function, t.says.write, rc);
             return kWriteFailed;
         }
     }
@@ -223,8 +226,10 @@ Result save_kind(const Table& t, const RoiKind& kind, RowIndex index) {
 int save(const Table& t, int channel) {
     for (int stream = 0; stream < kMaxStreams; ++stream)
         for (const RoiKind& kind : kKinds)
-            if (const Result r = save_kind(t, kind, {channel, stream}); r != kDone)
+            if (const Result r = save_kind(t, kind, {channel, stream}); r != kDone) {
+                log_table(t.single, "db_save_roi_config_single error channel_no = %d:\n", channel);
                 return result_of(t, r);
+            }
     return kDone;
 }
 
@@ -233,12 +238,17 @@ template <class Place>
 int load_rows(const Table& t, Place place) {
     Rows rows(t);
     while (rows.next()) {
+        const int64_t channel = rows.key("chan_idx", 1) - 1;
+        if (channel < 0 || channel >= channel_count()) {
+            log_table(t.get, "invalid channel_no: %d\n", channel);
+            continue;
+        }
         const int64_t stream = rows.key("streamidx", 0) - 1;
         if (stream < 0 || stream >= kMaxStreams) {
             log_table(t.get, "invalid streamidx: %d\n", stream);
             continue;
         }
-        RowIndex index{0, static_cast<int>(stream)};
+        RowIndex index{static_cast<int>(channel), static_cast<int>(stream)};
         const RoiKind* kind = kind_of_type(rows.key("type", 0));
         if (kind != nullptr && place(rows, *kind, index))
             rows.read(kind->save, region_at(*kind, index), index);
@@ -252,12 +262,6 @@ int load_rows(const Table& t, Place place) {
 
 int load(const Table& t) {
     return load_rows(t, [&t](const Rows& rows, const RoiKind& kind, RowIndex& index) {
-        const int64_t channel = rows.key("chan_idx", 1) - 1;
-        if (channel < 0 || channel >= channel_count()) {
-            log_table(t.get, "invalid channel_no: %d\n", channel);
-            return false;
-        }
-        index.outer = static_cast<int>(channel);
         if (kind.count == 1)
             return true;
         const int64_t region = rows.key("type_idx", 0) - 1;
@@ -387,7 +391,8 @@ constexpr Table kTables[] = {
 
     // Users and their rights.
     TABLE_BY(list, users.user, (inner("idx"), third("user_num", 0)), .number = 6, .get = "db_get_usr_info",
-             .set = "db_set_usr_info", .says = {.count = "db_query_row_num error rc %d:\n"},
+             .set = "db_set_usr_info",
+             .says = {.count = "db_query_row_num error rc %d:\n", .insert = "SQL error:\n"},
              .count = SQL("select count(*) from user_mana_info;"),
              .fill = SQL(USER_LIST_FILL("user_mana_info")),
              .save = PUTS(PUT(USER_LIST_SAVE("user_mana_info"), FIELDS(username, passwd, ipv4_addr),
@@ -399,7 +404,8 @@ constexpr Table kTables[] = {
     TABLE_BY(
         per_channel, encoding.coordinate_region, (outer("chn_index"), inner("idx")), .number = 7,
         .get = "db_get_coordinate_list", .set = "db_set_coordinate_list",
-        .single = "db_set_coordinate_list_single", .says = {.count = "db_query_row_num error\n"}, .rows = 10,
+        .single = "db_set_coordinate_list_single",
+        .says = {.count = "db_query_row_num error\n", .insert = "SQL error:\n"}, .rows = 10,
         .count = SQL("select count(*) from coordinate_region_list where chn_index = %d;"),
         .fill = SQL("insert into  coordinate_region_list(idx, chn_index,role_of_coor,coor_type,xcoordinate,"
                     "ycoordinate,diagonal_x,diagonal_y,width,height)values (%d,%d,0,1,0,0,0,0,0,0);"),
@@ -442,14 +448,14 @@ constexpr Table kTables[] = {
              .says = {.write = "update roi_conf_table error:\n",
                       .count = "db_query_row_num error\n",
                       .open = " db_query_open_v2 err\n",
-                      .save_key = "param err, channel_no=%d\n",
+                      .save_key = "param err, channel_no=%d, stream_no=0\n",
                       .wrapper = "db_save_roi_config err--channel_no = %d:\n"},
              .load = SQL("select * from roi_conf_table;"), .load_body = roi::load, .save_body = roi::save),
 
     // The users of the secure list; names and passwords are stored encrypted.
     TABLE_BY(list, users.sec_user, (inner("idx"), third("user_num", 0)), .number = 188,
              .get = "db_get_sec_user_info", .set = "db_set_sec_user_info",
-             .says = {.count = "db_query_row_num error rc %d:\n"},
+             .says = {.count = "db_query_row_num error rc %d:\n", .insert = "SQL error:\n"},
              .count = SQL("select count(*) from sec_user_mana_info;"),
              .fill = SQL(USER_LIST_FILL("sec_user_mana_info")),
              .save = PUTS(
@@ -459,14 +465,14 @@ constexpr Table kTables[] = {
              .load_body = load_users, .save_body = save_secure_user_list),
 
     // Voice change of the speaker.
-    TABLE_BY(
-        single_row, encoding.voice_change, (always("idx", 1), always("chan_no", 1)), .number = 221,
-        .get = "db_get_voice_change_cfg", .set = "db_save_voice_change_cfg", .says = {.write = "SQL error\n"},
-        .save =
-            SAVE("replace into voice_change_cfg (idx, chan_no, b_enable, voice_change_level) values(%d, %d, "
+    TABLE_BY(single_row, encoding.voice_change, (always("idx", 1), always("chan_no", 1)), .number = 221,
+             .get = "db_get_voice_change_cfg", .set = "db_save_voice_change_cfg",
+             .says = {.write = "SQL error\n"}, .graded_access = true,
+             .save = SAVE(
+                 "replace into voice_change_cfg (idx, chan_no, b_enable, voice_change_level) values(%d, %d, "
                  "%u, %d);",
                  FIELDS(b_enable, voice_change_level)),
-        .load = SQL("select * from voice_change_cfg where idx = 1 and chan_no = 1;")),
+             .load = SQL("select * from voice_change_cfg where idx = 1 and chan_no = 1;")),
 };
 
 }  // namespace

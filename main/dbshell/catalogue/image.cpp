@@ -140,7 +140,8 @@ constexpr Table kTables[] = {
 
     // The time of day in which the day parameters apply.
     TABLE(single_row, image.isp_time, .number = 131, .get = "db_get_isp_time_param",
-          .set = "db_save_isp_time_param", .says = {.count = "db_query_row_num error: \n"},
+          .set = "db_save_isp_time_param",
+          .says = {.count = "db_query_row_num error: \n", .insert = "SQL error:\n"},
           .count = SQL("select count(*) from isp_time_config;"),
           .fill = SQL("insert into  isp_time_config (idx, work_type, start_hour, start_minute, start_second, "
                       "stop_hour, stop_minute, stop_second) values (1, 0, 0, 0, 0, 0, 0, 0);"),
@@ -151,7 +152,8 @@ constexpr Table kTables[] = {
 
     // The image parameters by day.
     TABLE(single_row, image.isp_day, .number = 132, .get = "db_get_isp_day_param",
-          .set = "db_save_isp_day_param", .says = {.count = "db_query_row_num error: \n"},
+          .set = "db_save_isp_day_param",
+          .says = {.count = "db_query_row_num error: \n", .insert = "SQL error:\n"},
           .count = SQL("select count(*) from isp_day_param_config;"),
           .fill = SQL("insert into  isp_day_param_config (idx, brightness, contrast, sharp, gain, gray, "
                       "WB_mode, WB_Rgain, WB_Bgain, awb_Rgain, awb_Ggain, awb_Bgain, "
@@ -173,7 +175,8 @@ constexpr Table kTables[] = {
 
     // The image parameters by night.
     TABLE(single_row, image.isp_night, .number = 133, .get = "db_get_isp_night_param",
-          .set = "db_save_isp_night_param", .says = {.count = "db_query_row_num error: \n"},
+          .set = "db_save_isp_night_param",
+          .says = {.count = "db_query_row_num error: \n", .insert = "SQL error:\n"},
           .count = SQL("select count(*) from isp_night_param_config;"),
           .fill = SQL("insert into  isp_night_param_config (idx, brightness, contrast, sharp, gain, gray, "
                       "WB_mode, WB_Rgain, WB_Bgain, awb_Rgain, awb_Ggain, awb_Bgain, "

@@ -206,7 +206,7 @@ constexpr Table kTables[] = {
     // The code points that mark outgoing packets by their kind.
     TABLE(
         single_row, service.qos, .number = 42, .get = "get_qos_param_from_db", .set = "save_qos_param_to_db",
-        .count = SQL("select count(*) from qos_config_info;"),
+        .says = {.count = " db_query_row_num err\n"}, .count = SQL("select count(*) from qos_config_info;"),
         .fill = SQL(
             "insert into qos_config_info(idx,manage_dscp,alarm_dscp,video_dscp,audio_dscp,flag,enable)values "
             "(1,0,0,0,0,0,0);"),
@@ -227,7 +227,8 @@ constexpr Table kTables[] = {
 
     // The two users of SNMP version 3.
     TABLE(list, service.snmp_v3user, .number = 44, .get = "get_snmp_v3user_param_from_db",
-          .set = "save_snmp_v3user_param_to_db", .says = {.write = "update snmp_v3user_info error\n"},
+          .set = "save_snmp_v3user_param_to_db",
+          .says = {.write = "update snmp_v3user_info error\n", .count = " db_query_row_num err\n"},
           .top_up = true, .count = SQL("select count(*) from snmp_v3user_info;"),
           .fill = SQL("insert into "
                       "snmp_v3user_info(idx,user_type,user_name,auth_passwd,priv_passwd,auth_algorithm,"
@@ -385,8 +386,8 @@ constexpr Table kTables[] = {
 
     // The ONVIF media profiles: the tokens of the sources and encoders that each ties together.
     TABLE(list, service.onvif_profile, .number = 58, .get = "get_onvif_profile_param_from_db",
-          .set = "save_onvif_profile_param_to_db", .top_up = true,
-          .count = SQL("select count(*) from onvif_profile_list;"),
+          .set = "save_onvif_profile_param_to_db", .says = {.count = " db_query_row_num err\n"},
+          .top_up = true, .count = SQL("select count(*) from onvif_profile_list;"),
           .fill = SQL("insert into "
                       "onvif_profile_list(idx,name,profile_type,token,video_source,audio_source,video_enc,"
                       "audio_enc,video_analysis,ptz,metadata,audio_output,audio_dec)values "
@@ -459,7 +460,7 @@ constexpr Table kTables[] = {
     // The scopes announced by ONVIF discovery.
     TABLE(
         list, service.onvif_scope, .number = 69, .get = "db_get_onvif_scope_list",
-        .set = "db_save_onvif_scope_list", .top_up = true,
+        .set = "db_save_onvif_scope_list", .says = {.count = " db_query_row_num err\n"}, .top_up = true,
         .count = SQL("select count(*) from onvif_scope_list;"),
         .fill = SQL("insert into onvif_scope_list(idx,type,uri)values (%d,2,'0');"),
         .save = SAVE("update onvif_scope_list set type = %d, uri = '%s' where idx = %d;", FIELDS(type, uri))),
