@@ -149,9 +149,8 @@ class PowerCut : public Core {};
 
 TEST_F(PowerCut, LosesNothingThatWasAcknowledged) {
     constexpr int kSaves = 10;
-    const Table& net = *table_by_number(31);
-    r_.network.netconfig.mtu = 0;
-    ASSERT_EQ(save(net), 0);
+    const ServiceRequest request = for_tables({31, 35, kTableListEnd});  // several pages
+    ASSERT_EQ(call(EN_UPDATE_TABLE_LIST, request), kStored);
     close_database();
     const Recorder recorder;
     set_db_handle(db_open(get_db_path()));
@@ -162,9 +161,8 @@ TEST_F(PowerCut, LosesNothingThatWasAcknowledged) {
     Recorder::recording = true;
     for (int i = 1; i <= kSaves; ++i) {
         r_.network.netconfig.mtu = i;
-        // Rows of other tables make a save of several pages.
         std::memset(r_.network.ipaddr, i, sizeof r_.network.ipaddr);
-        ASSERT_EQ(in_transaction([&] { return save_table(net) | save_table(*table_by_number(35)); }), 0);
+        ASSERT_EQ(call(EN_UPDATE_TABLE_LIST, request), kStored);
         Recorder::operations.push_back({Operation::acknowledge, {}, i});
     }
     Recorder::recording = false;
