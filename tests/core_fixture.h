@@ -1,0 +1,277 @@
+// The core inside the test's process: for every test a zeroed record, and below a root folder of its own a fresh
+// database with every table and no rows.  A main application answers that every capability is `capability` and
+// every count 16.
+#ifndef TESTS_CORE_FIXTURE_H
+#define TESTS_CORE_FIXTURE_H
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/mman.h>
+
+#include <algorithm>
+#include <atomic>
+#include <climits>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <random>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "main/DB_process_service.h"
+#include "main/dbutil/all_tables.h"
+#include "main/dbutil/registry.h"
+#include "main/dbutil/start.h"
+#include "main/dbutil/store.h"
+#include "main/dbutil/transaction.h"
+#include "main/dbutil/versions.h"
+#include "main/request_kinds.h"
+#include "main/state.h"
+#include "platform/device_ipc.h"
+#include "platform/device_paths.h"
+#include "platform/unique_fd.h"
+#include "sec/sec_db_enc.h"
+#include "tools/record_access.h"
+#include "uni_process/DB_uni_process.h"
+
+// Behind the others: the words of the catalogue are macros.
+#include "main/dbshell/catalogue.h"
+#include "main/dbshell/engine.h"
+#include "main/dbshell/schedules.h"
+
+// The pauses that the core makes pass at once (store_test.cpp): they are counted, and `on_pause` runs instead.
+inline int pauses = 0;
+inline std::function<void()> on_pause;
+
+inline std::atomic<int32_t> capability = 0;
+
+class Core : public testing::Test {
+  protected:
+    std::unique_ptr<DEVICECONFIG> record_ = std::make_unique<DEVICECONFIG>();
+    DEVICECONFIG& r_ = *record_;
+
+    Core() {
+        setenv("DEVICE_ROOT", root_folder().c_str(), 1);
+        std::filesystem::remove_all(root_folder() + "/devinfo");
+        device_prepare_root();
+        set_cfg_param(record_.get());
+        maxEnChanNo = 1;
+        closing_flag = false;
+        db_enc_version_settled();
+        pauses = 0;
+        capability = 0;
+        log_level(0);
+        init_tables_fun();
+        fresh_database();
+    }
+    ~Core() override {
+        close_database();
+        set_cfg_param(nullptr);
+        log_level(6);
+        on_pause = nullptr;
+        unsetenv("DEVICE_ROOT");
+    }
+
+    // ---- files
+
+    static std::string path(const std::string& name) { return root_folder() + "/devinfo/" + name; }
+    static std::string content(const std::string& file) {
+        std::ostringstream bytes;
+        bytes << std::ifstream(file, std::ios::binary).rdbuf();
+        return bytes.str();
+    }
+    static void write_file(const std::string& file, const std::string& bytes) {
+        std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes;
+    }
+    static std::string operation_log() { return content(path("db_op_info.log")); }
+
+    // The database file with the time of its last change.
+    using FileState = std::pair<std::string, std::filesystem::file_time_type>;
+    static FileState file_state() {
+        return {content(get_db_path()), std::filesystem::last_write_time(get_db_path())};
+    }
+
+    // ---- database
+
+    static void close_database() {
+        db_handle db = get_db_handle();
+        db_close(&db);
+    }
+    static void fresh_database() {
+        close_database();
+        std::filesystem::remove(get_db_path());
+        ASSERT_EQ(db_create(get_db_path()), 0);
+        set_db_handle(db_open(get_db_path()));
+    }
+    static void sql(const std::string& text) {
+        ASSERT_EQ(db_execsql(get_db_handle(), text.c_str()), 0) << text << sqlite3_errmsg(get_db_handle());
+    }
+    // The result's values, "|" between columns and ";" between rows.
+    static std::string query(const std::string& text) {
+        std::string result;
+        const auto append = [](void* out, int columns, char** values, char**) {
+            auto& rows = *static_cast<std::string*>(out);
+            for (int i = 0; i < columns; ++i) {
+                rows += i > 0 ? "|" : rows.empty() ? "" : ";";
+                rows += values[i] != nullptr ? values[i] : "NULL";
+            }
+            return 0;
+        };
+        EXPECT_EQ(sqlite3_exec(get_db_handle(), text.c_str(), append, &result, nullptr), SQLITE_OK) << text;
+        return result;
+    }
+    // Every table's rows.
+    using Contents = std::map<std::string, std::string>;
+    static Contents contents() {
+        Contents rows;
+        std::istringstream names(query("select name from sqlite_master where type='table'"));
+        for (std::string name; std::getline(names, name, ';');)
+            rows[name] = query(
+                "select " +
+                query("select group_concat('quote(\"'||name||'\")') from pragma_table_info('" + name + "')") +
+                " from " + name);
+        return rows;
+    }
+    // The tables whose rows are not the same.
+    static std::string difference(const Contents& before, const Contents& after) {
+        std::string names;
+        for (const auto& [table, rows] : before)
+            if (after.at(table) != rows)
+                names += table + " ";
+        return names;
+    }
+
+    // Inserts into a table and updates of it fail where `when` holds, having changed their row, until the guard
+    // goes.
+    class Failing {
+      public:
+        explicit Failing(std::string_view table, const std::string& when = "1") {
+            for (const std::string event : {"insert", "update"})
+                sql("create temp trigger fail_" + event + " after " + event + " on main." +
+                    std::string(table) + " when " + when + " begin select raise(fail, 'test'); end;");
+        }
+        ~Failing() { sql("drop trigger fail_insert; drop trigger fail_update;"); }
+        Failing(const Failing&) = delete;
+        Failing& operator=(const Failing&) = delete;
+    };
+
+    // Another process that holds the database's lock.
+    class Locked {
+      public:
+        Locked() { EXPECT_EQ(db_execsql(db_, "begin exclusive;"), 0); }
+        ~Locked() { db_disconnect(db_); }
+        Locked(const Locked&) = delete;
+        Locked& operator=(const Locked&) = delete;
+
+      private:
+        db_handle db_ = db_connect(0, get_db_path(), 0, 0);
+    };
+
+    // ---- tables
+
+    void wipe() { std::memset(record_.get(), 0, sizeof(DEVICECONFIG)); }
+
+    // Random bytes, and in every field of the catalogue a random value that its column can hold: a text that is
+    // stored encrypted is short enough for its column to take it whole.
+    void randomise(unsigned seed) {
+        std::mt19937 random(seed);
+        auto* bytes = reinterpret_cast<unsigned char*>(record_.get());
+        std::generate_n(bytes, sizeof(DEVICECONFIG), [&] { return static_cast<unsigned char>(random()); });
+        fill_random(r_, seed);
+        for (const Table* table : all_tables())
+            for (const Cell& cell : cells_of_table(*table))
+                if (cell.field->encrypted != 0 && cell.field->kind == Kind::text) {
+                    const auto whole = std::min(cell.field->size, (cell.field->encrypted - 1u) / 48 * 16 - 1);
+                    std::memset(bytes + cell.offset + whole, 0, cell.field->size - whole);
+                }
+        r_.users.sec_user[0].username[0] = '\'';  // without a name it is no row, and becomes one by the save
+    }
+
+    // Each table function runs in a transaction of its own.
+    static int run(std::string_view function, int outer = 0) {
+        EXPECT_EQ(db_begin(), 0);
+        const int result = call_table_function(function, outer).value_or(-99);
+        EXPECT_EQ(result == 0 ? db_commit() : db_rollback(), 0);
+        return result;
+    }
+    static void save_all() {
+        for (const Table* table : all_tables())
+            EXPECT_TRUE(table->set.empty() || run(table->set) == 0) << table->set;
+    }
+    static void load_all() {
+        for (const Table* table : all_tables())
+            EXPECT_TRUE(table->get.empty() || run(table->get) == 0) << table->get;
+    }
+
+    // ---- requests and messages
+
+    struct Reply {
+        int handler, length;
+        int32_t value;
+        bool operator==(const Reply&) const = default;
+    };
+    static constexpr Reply kStored{0, 4, 0}, kRefused{0, 4, -1};
+    // Without an answer the length and the first word stay as they are.
+    static constexpr Reply none(int handler, int32_t first_word = 0) { return {handler, 77, first_word}; }
+
+    static Reply call(int kind, const ServiceRequest& request = {}) {
+        std::vector<char> buffer(1024);
+        std::memcpy(buffer.data(), &request, sizeof request);
+        Reply reply = none(0);
+        reply.handler = db_service_task(buffer.data(), &reply.length, kind);
+        std::memcpy(&reply.value, buffer.data(), sizeof reply.value);
+        return reply;
+    }
+    static ServiceRequest for_tables(std::initializer_list<int32_t> tables) {
+        ServiceRequest request{};
+        std::copy(tables.begin(), tables.end(), request.table_name);
+        return request;
+    }
+
+    // What the work logs.
+    template <class Work>
+    static std::string logged(Work work) {
+        const unique_fd file(memfd_create("log", MFD_CLOEXEC)), original(dup(STDERR_FILENO));
+        log_level(6);
+        dup2(file.get(), STDERR_FILENO);
+        work();
+        dup2(original.get(), STDERR_FILENO);
+        log_level(0);
+        std::string text(static_cast<std::size_t>(lseek(file.get(), 0, SEEK_END)), '\0');
+        EXPECT_EQ(pread(file.get(), text.data(), text.size(), 0), std::ssize(text));
+        return text;
+    }
+
+  private:
+    static int answer(void* buffer, int* reply_length, int kind) {
+        const int32_t word = kind == kCapabilityTest ? capability.load() : 16;
+        std::memcpy(buffer, &word, sizeof word);
+        *reply_length = sizeof word;
+        return 0;
+    }
+    // One per process: the database's path is made from the environment once.
+    static const std::string& root_folder() {
+        static const struct Folder {
+            std::string name = testing::TempDir() + "coreXXXXXX";
+            Folder() {
+                EXPECT_NE(mkdtemp(name.data()), nullptr);
+                setenv("DEVICE_ROOT", name.c_str(), 1);
+                EXPECT_EQ(ipc_unix_init("velmora", kMainApplication, answer, nullptr), 0);
+            }
+            ~Folder() { std::filesystem::remove_all(name); }
+        } folder;
+        return folder.name;
+    }
+    static void log_level(int level) {
+        const int32_t request[2] = {-1, level};
+        set_debug_para_withcheck(request, 0, 0);
+    }
+};
+
+#endif

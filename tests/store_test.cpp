@@ -1,0 +1,251 @@
+// The store: files, schema, transactions, and what a start makes of each kind of database file.
+#include "main/dbutil/schema.h"
+#include "tests/core_fixture.h"
+
+// In the place of the C library's: a test waits for nothing.
+unsigned sleep(unsigned) {
+    ++pauses;
+    if (on_pause)
+        on_pause();
+    return 0;
+}
+
+int usleep(useconds_t) {
+    ++pauses;
+    return 0;
+}
+
+namespace {
+
+using testing::HasSubstr;
+
+class Store : public Core {
+  protected:
+    static std::string tables_and_version() {
+        return query(
+            "select count(*), (select version from db_version) from sqlite_master where type = 'table'");
+    }
+    static constexpr const char* kComplete = "251|302080";
+
+    // A database whose channel has this name, at the current version.
+    void stored(const char* name) {
+        std::strcpy(r_.channel[0].name, name);
+        save_all();
+        EXPECT_EQ(db_update_version(kCurrentVersion, get_db_handle()), 0);
+    }
+};
+
+TEST_F(Store, FilesAreComparedBySizeAndBlockSums) {
+    const std::string a(1024, 'a'), b(1024, 'b'), one = path("one"), two = path("two"), none = path("none");
+    const struct {
+        std::string first, second;
+        int equal;
+    } cases[] = {
+        {"", "", 1},
+        {"a", "b", 0},
+        {"a", "ab", 0},
+        {"abcd", "cdab", 1},
+        {"abcd", "badc", 0},  // the sums are of little-endian words
+        {"abc", "ab\xe3", 0},
+        {"ab\xe3", "ab\xe3", 1},
+        {a + b, b + a, 0},
+        {a + b, a + b, 1},
+        {a + "abcd", a + "cdab", 1},
+    };
+    for (const auto& c : cases) {
+        write_file(one, c.first);
+        write_file(two, c.second);
+        EXPECT_EQ(check_file_equal(one.c_str(), two.c_str()), c.equal) << c.first << " " << c.second;
+        EXPECT_EQ(check_file_not_empty(one.c_str()), c.first.empty() ? -1 : 0);
+    }
+    for (const auto& [first, second] : {std::pair{one, none}, {none, one}})
+        EXPECT_THAT(logged([&] { EXPECT_EQ(check_file_equal(first.c_str(), second.c_str()), 0); }),
+                    HasSubstr("can not open file " + none));
+    EXPECT_EQ(check_file_equal(nullptr, one.c_str()), 0);
+    EXPECT_EQ(check_file_equal(one.c_str(), nullptr), 0);
+    EXPECT_EQ(check_file_exist(nullptr), -1);
+    EXPECT_EQ(check_file_not_empty(none.c_str()), -1);
+}
+
+TEST_F(Store, CreatingTwiceKeepsWhatIsThere) {
+    EXPECT_EQ(create_list().size(), 250u);
+    EXPECT_EQ(tables_and_version(), "251|NULL");
+    sql("insert into audio_param_info(idx) values(7);");
+    EXPECT_EQ(db_create(get_db_path()), 0);
+    EXPECT_EQ(creat_all_table(get_db_handle()), 0);
+    EXPECT_EQ(query("select idx from audio_param_info"), "7");
+    EXPECT_EQ(creat_all_table(nullptr), -1);
+
+    // Every entry runs, also after one that fails, and the failure is recorded.
+    sql("drop table chn_info; drop table push_org_preview_server_config; create index chn_info on "
+        "dev_info(dev_id);");
+    EXPECT_NE(creat_all_table(get_db_handle()), 0);
+    EXPECT_EQ(query("select count(*) from push_org_preview_server_config"), "0");
+    EXPECT_THAT(operation_log(), HasSubstr("] create table[3] failed\n"));
+    EXPECT_EQ(db_create(path("none/db").c_str()), -1);
+    EXPECT_EQ(pauses, 1);  // before the second attempt to open it
+}
+
+// The version word that the first encrypted text creates is stored with that text, or goes with it.
+TEST_F(Store, EncryptionVersionSharesTheFateOfItsTexts) {
+    constexpr uint32_t kDefault = 0x01000100;
+    const auto stored_version = [] { return query("select db_enc_version from sec_lock_auth_db_info"); };
+    const uint32_t& version = r_.sec_lock_auth.db_enc_version;
+    std::strcpy(r_.network.pppoe.username, "user");
+    for (const int kind : {EN_SAVE_PPPOE_PARAM, EN_UPDATE_TABLE_LIST, EN_UPDATE_ONE_TABLE_RECORD}) {
+        const Failing failing("pppoe_config_info", "new.username <> 'admin'");
+        EXPECT_EQ(call(kind, for_tables({48, -1})), kRefused);
+        EXPECT_EQ(version, 0u);
+        EXPECT_EQ(stored_version(), "");
+    }
+    {
+        const Failing failing("sec_lock_auth_db_info");
+        EXPECT_EQ(call(EN_SAVE_PPPOE_PARAM), kRefused);
+        EXPECT_EQ(version, 0u);
+        EXPECT_EQ(query("select username from pppoe_config_info"), "");
+    }
+    {
+        const Failing failing("chn_info");
+        EXPECT_EQ(call(EN_UPDATE_TABLE_LIST, for_tables({48, 3, -1})), kRefused);
+        EXPECT_EQ(version, kDefault);
+        EXPECT_EQ(stored_version(), std::to_string(kDefault));
+    }
+    std::strcpy(r_.network.pppoe.username, "other");
+    const Failing failing("pppoe_config_info");
+    EXPECT_EQ(call(EN_SAVE_PPPOE_PARAM), kRefused);
+    EXPECT_EQ(version, kDefault);  // the texts in the database need it
+}
+
+// ------------------------------------------------------------------------------------- start
+
+TEST_F(Store, StartMakesAMissingOrEmptyDatabaseFromTheRecord) {
+    std::strcpy(r_.channel[0].name, "gate");
+    for (const bool empty : {false, true}) {
+        close_database();
+        std::filesystem::remove(get_db_path());
+        if (empty)
+            write_file(get_db_path(), "");
+        EXPECT_EQ(init_database(), 0);
+        EXPECT_EQ(tables_and_version(), kComplete);
+        EXPECT_EQ(query("select name from chn_info"), "gate");
+        EXPECT_THAT(operation_log(), HasSubstr("] Db version is -1,Read from cfg\n"));
+        EXPECT_EQ(pauses, 0);
+    }
+}
+
+TEST_F(Store, StartLoadsADatabaseAndWritesItOnlyOnce) {
+    stored("gate");
+    FileState after_first;
+    for (int start = 0; start < 2; ++start) {
+        wipe();
+        EXPECT_EQ(init_database(), 0);
+        EXPECT_STREQ(r_.channel[0].name, "gate");
+        EXPECT_EQ(query("select * from db_version"), "302080|302080");
+        EXPECT_EQ(file_state() == after_first, start == 1);
+        after_first = file_state();
+    }
+    EXPECT_EQ(operation_log(), "");
+}
+
+TEST_F(Store, StartKeepsTheRowsOfADatabaseWithoutAVersion) {
+    stored("gate");
+    sql("create table \"of \"\"another\"\" schema\"(x); drop table audio_param_info; drop table db_version;");
+    wipe();
+    EXPECT_EQ(init_database(), 0);
+    EXPECT_STREQ(r_.channel[0].name, "gate");
+    EXPECT_EQ(query("select name from chn_info"), "gate");
+    EXPECT_EQ(tables_and_version(), kComplete);
+}
+
+TEST_F(Store, StartSetsADamagedDatabaseAside) {
+    std::strcpy(r_.channel[0].name, "gate");
+    for (const std::string& bytes : {std::string("no database"), std::string(5000, 'x'),
+                                     content(get_db_path()).replace(0, 20, std::string(20, '\0'))}) {
+        close_database();
+        write_file(get_db_path(), bytes);
+        write_file(get_db_path() + std::string("-journal"), "stale");
+        EXPECT_EQ(init_database(), 0);
+        EXPECT_EQ(tables_and_version(), kComplete);
+        EXPECT_EQ(query("select name from chn_info"), "gate");
+        EXPECT_EQ(content(path("ipc_db.damaged")), bytes);
+        EXPECT_THAT(operation_log(), HasSubstr("] Main Db is broken\n"));
+    }
+}
+
+TEST_F(Store, StartLosesNothingOfALockedDatabase) {
+    stored("gate");
+    std::strcpy(r_.channel[0].name, "default");
+    const FileState state = file_state();
+    auto locked = std::make_unique<Locked>();
+    EXPECT_NE(init_database(), 0);
+    EXPECT_GE(std::exchange(pauses, 0), 5);
+    EXPECT_STREQ(r_.channel[0].name, "default");
+    EXPECT_TRUE(file_state() == state);
+    EXPECT_FALSE(std::filesystem::exists(path("ipc_db.damaged")));
+    EXPECT_EQ(operation_log(), "");
+
+    // The lock goes: what a client of the unloaded record wants stored is refused, and the record is loaded.
+    locked.reset();
+    EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kRefused);
+    EXPECT_STREQ(r_.channel[0].name, "gate");
+    EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kStored);
+
+    locked = std::make_unique<Locked>();
+    on_pause = [&] { pauses == 3 ? locked.reset() : void(); };
+    wipe();
+    EXPECT_EQ(init_database(), 0);
+    EXPECT_EQ(pauses, 3);
+    EXPECT_STREQ(r_.channel[0].name, "gate");
+}
+
+TEST_F(Store, MissingDatabaseIsMadeAgainByTheNextFullSave) {
+    randomise(1);
+    EXPECT_EQ(set_alldata_to_db(), 0);
+    const FileState state = file_state();
+    EXPECT_EQ(makesure_database_exist(), 0);
+    EXPECT_TRUE(file_state() == state);
+
+    std::filesystem::remove(get_db_path());
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
+    ASSERT_TRUE(std::filesystem::exists(get_db_path()));
+    EXPECT_EQ(tables_and_version(), kComplete);
+    EXPECT_EQ(query("select dev_type from dev_info"), std::to_string(r_.device.dev_info.dev_type));
+
+    // Where no file can be made nothing is said to be stored, neither a change nor an unchanged record.
+    std::filesystem::remove_all(path(""));
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
+    r_.device.dev_info.dev_type ^= 1;
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
+    device_prepare_root();
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
+    EXPECT_TRUE(std::filesystem::exists(get_db_path()));
+    EXPECT_EQ(query("select dev_type from dev_info"), std::to_string(r_.device.dev_info.dev_type));
+}
+
+// ------------------------------------------------------------------------------------- loading and storing all
+
+TEST_F(Store, TablesThatTheDeviceLacksArePassedOver) {
+    for (const auto& work : {get_alldata_from_db, set_alldata_to_db})
+        for (const int present : {0, 1}) {
+            capability = present;
+            std::istringstream log(logged([&] { EXPECT_EQ(work(), 0); }));
+            int refusals = 0;
+            for (std::string line; std::getline(log, line);)
+                refusals += line.ends_with("device do not support intell monitor");
+            EXPECT_EQ(refusals, present == 0 ? 12 : 0);
+        }
+}
+
+TEST_F(Store, FailingLoadGoesOnAndTellsTheLastFailure) {
+    r_.service.cur_wifi_mode = 5;
+    stored("gate");
+    sql("drop table wdr_config_table; update chn_info set chn_index = 2;");
+    wipe();
+    const auto log = logged([] { EXPECT_EQ(get_alldata_from_db(), -2); });
+    for (const char* table : {"3", "23"})
+        EXPECT_THAT(log, HasSubstr(std::string("get_alldata_from_db failed,table:") + table + "\n"));
+    EXPECT_EQ(r_.service.cur_wifi_mode, 5);
+    EXPECT_EQ(sqlite3_get_autocommit(get_db_handle()), 1);
+}
+
+}  // namespace

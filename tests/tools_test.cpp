@@ -1,0 +1,476 @@
+// The tools: field access to the record over the whole catalogue, and dbctl against a running system.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/sem.h>
+#include <sys/shm.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/record_access.h"
+
+// Behind the others: the words of the catalogue are macros.
+#include "main/dbshell/catalogue.h"
+
+namespace {
+
+using Record = std::unique_ptr<DEVICECONFIG>;
+
+Record zero_record() {
+    return std::make_unique<DEVICECONFIG>();
+}
+
+Record random_record(uint64_t seed) {
+    Record record = zero_record();
+    fill_random(*record, seed);
+    return record;
+}
+
+bool same(const DEVICECONFIG& a, const DEVICECONFIG& b) {
+    const auto* const bytes = reinterpret_cast<const std::byte*>(&a);
+    return std::equal(bytes, bytes + sizeof a, reinterpret_cast<const std::byte*>(&b));
+}
+
+// ------------------------------------------------------------------------------------- record access
+
+TEST(RecordAccess, EveryFieldLiesInTheRecordAndEveryItemInItsField) {
+    for (const Table* table : all_tables())
+        for (const Cell& cell : cells_of_table(*table)) {
+            ASSERT_LE(cell.offset + cell.field->size, sizeof(DEVICECONFIG)) << address_of(cell);
+            const TextCodec* codec = cell.field->codec;
+            if (codec == nullptr)
+                continue;
+            for (const ListItem& item : codec->group)
+                ASSERT_LE((codec->groups - 1u) * codec->group_stride + item.offset, cell.field->size)
+                    << address_of(cell);
+        }
+}
+
+// Each field in the first and the last row that has it: its address leads back to it, and its text, set in an
+// empty record, gives its value and touches nothing else.
+TEST(RecordAccess, EveryFieldRoundTripsByItsAddressAndText) {
+    const Record source = random_record(1), target = zero_record();
+    int fields = 0;
+    for (const Table* table : all_tables()) {
+        const std::vector<Cell> cells = cells_of_table(*table);
+        for (const Cell& cell : cells) {
+            const auto same_field = [&](const Cell& other) { return other.field->name == cell.field->name; };
+            const bool first = &*std::find_if(cells.begin(), cells.end(), same_field) == &cell;
+            const bool last = &*std::find_if(cells.rbegin(), cells.rend(), same_field) == &cell;
+            if (!first && !last)
+                continue;
+            ++fields;
+            const std::string address = address_of(cell);
+            ASSERT_EQ(find_cell(parse_address(address)).offset, cell.offset) << address;
+            set_cell(*target, cell, cell_text(*source, cell));
+            ASSERT_EQ(cell_json(*target, cell), cell_json(*source, cell)) << address;
+            std::memset(reinterpret_cast<std::byte*>(target.get()) + cell.offset, 0, cell.field->size);
+        }
+    }
+    EXPECT_GT(fields, 500);
+    EXPECT_TRUE(same(*target, *zero_record()));
+}
+
+TEST(RecordAccess, WholeRecordRoundTripsAsJson) {
+    const Record source = random_record(2), target = zero_record();
+    Json tables = Json::object();
+    for (const Table* table : all_tables())
+        tables[table_label(*table)] = table_json(*source, *table, true);
+    fill_from_json(*target, Json::parse(tables.dump()));
+    EXPECT_TRUE(same(*source, *target));
+
+    // Secrets that are not shown are null, and null changes nothing.
+    for (const Table* table : all_tables())
+        tables[table_label(*table)] = table_json(*source, *table, false);
+    fill_from_json(*target, tables);
+    EXPECT_TRUE(same(*source, *target));
+    EXPECT_TRUE(tables["user_mana_info"][0]["passwd"].is_null());
+}
+
+TEST(RecordAccess, RandomRecordIsRepeatableAndKeepsWhatNoTableStores) {
+    const Record record = random_record(3);
+    EXPECT_TRUE(same(*record, *random_record(3)));
+    EXPECT_FALSE(same(*record, *random_record(4)));
+    EXPECT_EQ(record->sec_lock_auth.db_enc_version, 0u);
+
+    std::size_t full_texts = 0;
+    const Record rest = random_record(3);
+    for (const Table* table : all_tables())
+        for (const Cell& cell : cells_of_table(*table)) {
+            const auto* text = reinterpret_cast<const char*>(record.get()) + cell.offset;
+            if (cell.field->kind == Kind::text && strnlen(text, cell.field->size) == cell.field->size)
+                ++full_texts;
+            std::memset(reinterpret_cast<std::byte*>(rest.get()) + cell.offset, 0, cell.field->size);
+        }
+    EXPECT_GT(full_texts, 20u);
+    EXPECT_TRUE(same(*rest, *zero_record()));
+}
+
+// How an attempt ends: the reason of its error, or that there is none.
+template <class Attempt>
+std::string outcome(Attempt attempt) {
+    try {
+        attempt();
+    } catch (const AccessError& error) {
+        constexpr const char* kNames[] = {"syntax", "unknown", "row", "value"};
+        return kNames[static_cast<int>(error.reason())];
+    }
+    return "fine";
+}
+
+TEST(RecordAccess, AddressesThatDoNotFitAreRefused) {
+    const struct {
+        const char *address, *outcome;
+    } cases[] = {
+        {"chn_info.name", "fine"},
+        {"chn_info[1].name", "fine"},
+        {"3.name[1]", "fine"},
+        {"db_set_chn_info.name[1]", "fine"},
+        {"chn_comp_info.bitrate[1,8]", "fine"},
+        {"chn_comp_info.bitrate[8]", "fine"},
+        {"", "syntax"},
+        {".name", "syntax"},
+        {"chn_info.", "syntax"},
+        {"chn_info.name.name", "syntax"},
+        {"chn_info.name[", "syntax"},
+        {"chn_info.name[]", "syntax"},
+        {"chn_info.name[0]", "syntax"},
+        {"chn_info.name[-1]", "syntax"},
+        {"chn_info.name[1]x", "syntax"},
+        {"chn_info.name[1][1]", "syntax"},
+        {"chn_info.name[99999999999]", "syntax"},
+        {"chn_comp_info.bitrate[1,1,1]", "syntax"},
+        {"chn_info[1]", "syntax"},  // no single value
+        {"no_such_table.name[1]", "unknown"},
+        {"0.name[1]", "unknown"},
+        {"9999.name[1]", "unknown"},
+        {"chn_info.no_such_field[1]", "unknown"},
+        {"chn_info.name[2]", "row"},
+        {"chn_info.name[1,1]", "row"},
+        {"chn_comp_info.bitrate[2,1]", "row"},
+        {"chn_comp_info.bitrate[1,9]", "row"},
+        {"chn_comp_info.bitrate", "row"},            // eight values
+        {"coordinate_region_list.width[1]", "row"},  // a row without this field
+        {"coordinate_region_list.width[3]", "row"},  // a row without any
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(outcome([&] { find_cell(parse_address(c.address)); }), c.outcome) << c.address;
+}
+
+TEST(RecordAccess, ValuesThatDoNotFitAreRefusedAndChangeNothing) {
+    const std::string full(32, 'x');
+    const struct {
+        const char* address;
+        std::string value, shown;  // shown empty: refused
+    } cases[] = {
+        {"wdr_config_table.enable[1]", "-32768", "-32768"},
+        {"wdr_config_table.enable[1]", "0x7fff", "32767"},
+        {"wdr_config_table.enable[1]", "32768", ""},
+        {"wdr_config_table.enable[1]", "-32769", ""},
+        {"wdr_config_table.enable[1]", "", ""},
+        {"wdr_config_table.enable[1]", "-", ""},
+        {"wdr_config_table.enable[1]", "+1", ""},
+        {"wdr_config_table.enable[1]", "1.5", ""},
+        {"wdr_config_table.enable[1]", "1 ", ""},
+        {"front_param_config.hue_lv[1]", "255", "255"},
+        {"front_param_config.hue_lv[1]", "256", ""},
+        {"front_param_config.hue_lv[1]", "-1", ""},
+        {"user_mana_info.preview_permision[32]", "18446744073709551615", "18446744073709551615"},
+        {"user_mana_info.preview_permision[32]", "18446744073709551616", ""},
+        {"user_mana_info.preview_permision[32]", "99999999999999999999999", ""},
+        {"user_mana_info.preview_permision[32]", "-1", ""},
+        {"chn_info.name[1]", full, full},
+        {"chn_info.name[1]", full + "x", ""},
+        {"chn_info.name[1]", "it's; \"x\"", "it's; \"x\""},
+        {"chn_info.name[1]", "\xC3\xA9\xE2\x82\xAC", "\xC3\xA9\xE2\x82\xAC"},
+        {"chn_info.name[1]", "\xC3(\xED\xA0\x80\xC0\xAF", "\\xC3(\\xED\\xA0\\x80\\xC0\\xAF"},
+        {"chn_info.name[1]", "\\x1b[2J\\\\", "\\x1B[2J\\\\"},
+        {"chn_info.name[1]", "\xC2\x9B", "\\xC2\\x9B"},
+        {"chn_info.name[1]", "a\\x00", ""},
+        {"chn_info.name[1]", std::string("a\0b", 3), ""},
+        {"chn_info.name[1]", "\\n", ""},
+        {"chn_info.name[1]", "\\x1", ""},
+        {"chn_info.name[1]", "\\", ""},
+        {"chn_info.name[1]", "", ""},
+        {"netconfig_table.mac_addr[1]", "0,17,34,51,68,255", "[0,17,34,51,68,255]"},
+        {"netconfig_table.mac_addr[1]", "[1, 2, 3, 4, 5, 0x6]", "[1,2,3,4,5,6]"},
+        {"netconfig_table.mac_addr[1]", "1 2 3 4 5", ""},
+        {"netconfig_table.mac_addr[1]", "1 2 3 4 5 6 7", ""},
+        {"netconfig_table.mac_addr[1]", "1 2 3 4 5 256", ""},
+        {"netconfig_table.mac_addr[1]", "1 2 3 4 5 -1", ""},
+        {"netconfig_table.mac_addr[1]", "1 2 3 4 5 x", ""},
+    };
+    const Record record = random_record(5);
+    for (const auto& c : cases) {
+        const Cell cell = find_cell(parse_address(c.address));
+        const std::string before = cell_text(*record, cell);
+        const bool may = !c.shown.empty() || (c.value.empty() && cell.field->kind == Kind::text);
+        EXPECT_EQ(outcome([&] { set_cell(*record, cell, c.value); }), may ? "fine" : "value")
+            << c.address << c.value;
+        EXPECT_EQ(cell_text(*record, cell), may ? c.shown : before) << c.address << c.value;
+    }
+}
+
+TEST(RecordAccess, DefaultsThatDoNotFitAreRefused) {
+    const struct {
+        const char *json, *outcome;
+    } cases[] = {
+        {R"({})", "fine"},
+        {R"({"chn_info": {"name": "gate"}, "3": [{"name": "door"}], "user_mana_info": [{}, null]})", "fine"},
+        {R"({"chn_comp_info": [[{"bitrate": 1}, {"bitrate": 2}]]})", "fine"},
+        {R"({"netconfig_table": {"mac_addr": [1, 2, 3, 4, 5, 6], "mtu": "1500"}})", "fine"},
+        {R"([])", "value"},
+        {R"({"chn_info": 1})", "value"},
+        {R"({"chn_info": [[[{}]]]})", "value"},
+        {R"({"chn_info": {"name": {"a": 1}}})", "value"},
+        {R"({"chn_info": {"name_enable": true}})", "value"},
+        {R"({"chn_info": {"name_enable": 1.0}})", "value"},
+        {R"({"chn_info": {"name_enable": [1]}})", "value"},
+        {R"({"netconfig_table": {"mac_addr": [1, 2, [3], 4]}})", "value"},
+        {R"({"user_mana_info": {"idx": 1}})", "unknown"},
+        {R"({"nothing": {}, "chn_info": {"no": 1}})", "unknown"},
+        {R"({"chn_info": [{}, {"name": "second channel"}]})", "row"},
+    };
+    for (const auto& c : cases) {
+        const Record record = zero_record();
+        EXPECT_EQ(outcome([&] { fill_from_json(*record, Json::parse(c.json)); }), c.outcome) << c.json;
+    }
+}
+
+// ------------------------------------------------------------------------------------- the running system
+
+struct Ran {
+    int status;
+    std::string output;  // standard output
+};
+
+// A device of its own: its root, its programs, its shared objects.
+class System : public testing::Test {
+  protected:
+    System() {
+        std::string pattern = testing::TempDir() + "system-XXXXXX";
+        root_ = mkdtemp(pattern.data());
+    }
+    void TearDown() override {
+        stop_system();
+        std::filesystem::remove_all(root_);
+    }
+
+    // Ends the programs and removes what they share, so that a new start waits for new defaults.
+    void stop_system() {
+        end(service_, SIGKILL);
+        end(velmora_);
+        const Json status = Json::parse(dbctl("status --json").output);
+        if (const Json& id = status["segment_id"]; !id.is_null())
+            shmctl(id, IPC_RMID, nullptr);
+        for (const Json& id : status["semaphore_ids"])
+            if (!id.is_null())
+                semctl(id, 0, IPC_RMID);
+    }
+
+    pid_t start(const char* program, std::vector<std::string> arguments = {}) const {
+        const std::string path = std::string(BIN_DIR) + "/" + program;
+        arguments.insert(arguments.begin(), path);
+        std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
+        for (std::string& argument : arguments)
+            argv.push_back(argument.data());
+        argv.push_back(nullptr);
+        std::string root = "DEVICE_ROOT=" + root_;
+        std::vector<char*> environment{root.data()};
+        for (char** entry = environ; *entry != nullptr; ++entry)
+            if (std::strncmp(*entry, "DEVICE_ROOT=", 12) != 0)
+                environment.push_back(*entry);
+        environment.push_back(nullptr);
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        const std::string log = root_ + "/" + program + ".log";
+        posix_spawn_file_actions_addopen(&actions, 1, log.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
+        posix_spawn_file_actions_adddup2(&actions, 1, 2);
+        pid_t pid = 0;
+        EXPECT_EQ(posix_spawn(&pid, path.c_str(), &actions, nullptr, argv.data(), environment.data()), 0)
+            << path;
+        posix_spawn_file_actions_destroy(&actions);
+        return pid;
+    }
+
+    static void end(pid_t& pid, int signal = SIGTERM) {
+        if (pid <= 0)
+            return;
+        kill(pid, SIGCONT);
+        kill(pid, signal);
+        waitpid(pid, nullptr, 0);
+        pid = 0;
+    }
+
+    void start_system() {
+        velmora_ = start("velmora");
+        service_ = start("database_process");
+        ASSERT_EQ(dbctl("status --wait 120").status, 0);
+    }
+
+    // The arguments are a shell's words.
+    Ran dbctl(const std::string& arguments, const std::string& input = "") const {
+        const std::string command = "printf '%s' '" + input + "' | DEVICE_ROOT='" + root_ +
+                                    "' '" BIN_DIR "/dbctl' " + arguments + " 2>>'" + root_ + "/dbctl.log'";
+        FILE* pipe = popen(command.c_str(), "r");
+        std::string output;
+        char chunk[4096];
+        while (const std::size_t length = fread(chunk, 1, sizeof chunk, pipe))
+            output.append(chunk, length);
+        const int status = pclose(pipe);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, output};
+    }
+
+    struct Case {
+        const char* arguments;
+        int status;
+        const char* output = nullptr;  // null: not looked at
+    };
+    void expect(std::initializer_list<Case> cases) const {
+        for (const Case& c : cases) {
+            const Ran ran = dbctl(c.arguments);
+            EXPECT_EQ(ran.status, c.status) << c.arguments;
+            if (c.output != nullptr) {
+                EXPECT_EQ(ran.output, c.output) << c.arguments;
+            }
+        }
+    }
+
+    std::string root_;
+    pid_t velmora_ = 0, service_ = 0;
+};
+
+TEST_F(System, AnswersByExitStatusAndOutput) {
+    expect({
+        {"--help", 0},
+        {"", 2},
+        {"no-such-command", 2},
+        {"call", 2},
+        {"status --wait 0.01", 6},
+        {"get chn_info", 5, ""},
+        {"set chn_info.name x", 5, ""},
+        {"call EN_GET_CURRENT_DB_VERSION", 5, ""},
+        {"log", 0},
+    });
+    const Ran down = dbctl("status --json");
+    EXPECT_EQ(down.status, 0);
+    EXPECT_EQ(Json::parse(down.output)["segment_id"], nullptr);
+
+    start_system();
+    expect({
+        {"call EN_GET_CURRENT_DB_VERSION", 0, "302080\n"},
+        {"call 0x6001e --json", 0, "{\"kind\":\"EN_GET_CURRENT_DB_VERSION\",\"reply\":302080}\n"},
+        {"call 393246 --plain", 2},
+        {"call EN_CHECK_DEVCFG_THE_SAME", 0, "0\n"},
+        {"call EN_CHECK_DEVCFG_THE_SAME --channel 1", 1, "-1\n"},
+        {"call EN_GET_ALL_RECORD --json", 0, "{\"kind\":\"EN_GET_ALL_RECORD\",\"reply\":null}\n"},
+        {"call EN_GET_ONE_TABLE_RECORD --table 0", 0, "302080\n"},
+        {"call EN_GET_ONE_TABLE_RECORD", 2, ""},
+        {"call EN_UPDATE_ONE_TABLE_RECORD --table 9999", 1, "-1\n"},
+        {"call EN_UPDATE_TABLE_LIST --table chn_info --table 1", 0, "0\n"},
+        {"call --table 1 --table chn_info EN_UPDATE_TABLE_LIST", 0, "0\n"},
+        {"call EN_UPDATE_TABLE_LIST $(printf ' --table %d' 1 2 3 4 5 6 7 21 22 23 24)", 2},
+        {"call EN_UPDATE_ONE_TABLE_RECORD --table no_such_table", 3, ""},
+        {"call EN_NO_SUCH_KIND", 3, ""},
+        {"call 0x600FF --json", 0, "{\"kind\":\"0x600ff\",\"reply\":null}\n"},
+        {"get no_such_table", 3, ""},
+        {"get chn_info.no_such_field", 3, ""},
+        {"get chn_info[2]", 2, ""},
+        {"get 'chn_info['", 2, ""},
+        {"describe no_such_table", 3, ""},
+        {"set wdr_config_table.enable -5", 0, ""},
+        {"get wdr_config_table.enable", 0, "-5\n"},
+        {"get wdr_config_table.enable --json", 0, "-5\n"},
+        {"set wdr_config_table.enable 32768", 2, ""},
+        {"set wdr_config_table.enable", 2, ""},  // an empty standard input
+        {"set chn_info.name 'North \"gate\"'", 0, ""},
+        {"get chn_info.name", 0, "North \"gate\"\n"},
+        {"get chn_info.name --json", 0, "\"North \\\"gate\\\"\"\n"},
+        {"set user_mana_info.passwd[2] on-the-command-line", 2, ""},
+        {"get user_mana_info.passwd[2] --show-secrets", 0, "\n"},
+    });
+    EXPECT_EQ(dbctl("set user_mana_info.passwd[2]", "quiet\n").status, 0);
+    expect({{"get user_mana_info.passwd[2]", 0, "******\n"},
+            {"get user_mana_info.passwd[2] --json", 0, "null\n"},
+            {"get user_mana_info.passwd[2] --show-secrets", 0, "quiet\n"}});
+
+    const Json up = Json::parse(dbctl("status --json").output);
+    EXPECT_EQ(up["ready"], true);
+    EXPECT_EQ(up["versions"]["current"], 1180);
+    EXPECT_EQ(up["versions"]["stored"], 1180);
+    EXPECT_EQ(up["health"]["record_size_matches"], true);
+
+    kill(service_, SIGSTOP);
+    expect({{"call EN_GET_CURRENT_DB_VERSION --timeout 50", 6, ""}});
+    end(service_, SIGKILL);
+    expect({{"call EN_GET_CURRENT_DB_VERSION", 5, ""}});
+}
+
+TEST_F(System, StoredValuesSurviveAWipedRecord) {
+    start_system();
+    expect({{"set chn_info.name 'North gate'", 0},
+            {"call EN_UPDATE_ONE_TABLE_RECORD --table chn_info", 0, "0\n"},
+            {"set chn_info.name 'not stored'", 0}});
+    stop_system();
+    start_system();
+    expect({{"get chn_info.name", 0, "North gate\n"}});
+}
+
+TEST_F(System, SecondMainApplicationLeavesTheRecordAlone) {
+    start_system();
+    expect({{"set chn_info.name kept", 0}});
+    int status = 0;
+    waitpid(start("velmora"), &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
+    waitpid(start("velmora", {"--capability", "1:2"}), &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 2);
+    expect({{"get chn_info.name", 0, "kept\n"}, {"status --wait 10", 0}});
+}
+
+TEST_F(System, LogShowsTheOldestRecordFirst) {
+    std::filesystem::create_directories(root_ + "/devinfo");
+    const std::string record[] = {"[2024-01-02 03:04:05] one\n", "[2024-01-02 03:04:06] two\x1b\n",
+                                  "[2024-01-02 03:04:07] three\n"};
+    const auto header = [](std::size_t position) {
+        std::string text =
+            "***DB_LOG_INFO***\nLOG_TOTAL_LEN:0\nLOG_LAST_WRITE_POS:" + std::to_string(position) + "\n\n";
+        text.resize(70);
+        return text;
+    };
+    const struct {
+        std::string file;
+        int status;
+        const char* output;
+    } cases[] = {
+        {header(70), 0, ""},
+        {header(70 + 26 + 27) + record[0] + record[1], 0,
+         "2024-01-02 03:04:05\tone\n2024-01-02 03:04:06\ttwo\\x1B\n"},
+        // The third has overwritten the first and the beginning of the second.
+        {header(70 + 28) + record[2] + record[1].substr(2) + record[0], 0,
+         "2024-01-02 03:04:05\tone\n2024-01-02 03:04:07\tthree\n"},
+        {header(99999) + record[0], 0, "2024-01-02 03:04:05\tone\n"},
+        {header(3) + record[0], 0, "2024-01-02 03:04:05\tone\n"},
+        {std::string(70, 'x') + record[0], 1, ""},
+        {"short", 1, ""},
+        {"", 1, ""},
+    };
+    for (const auto& c : cases) {
+        std::ofstream(root_ + "/devinfo/db_op_info.log", std::ios::binary) << c.file;
+        const Ran ran = dbctl("log --plain");
+        EXPECT_EQ(ran.status, c.status) << c.file;
+        EXPECT_EQ(ran.output, c.output) << c.file;
+    }
+}
+
+}  // namespace
