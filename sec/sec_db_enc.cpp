@@ -36,7 +36,8 @@ struct Scheme {
     uint32_t id;
     uint32_t largest_index;
 };
-constexpr Scheme kSchemes[] = {{kSchemeNetworkAddress, 1}, {kSchemeDefault, 1}, {1, 1}};
+constexpr uint32_t kDefaultLargestIndex = 1;
+constexpr Scheme kSchemes[] = {{kSchemeNetworkAddress, 1}, {kSchemeDefault, kDefaultLargestIndex}, {1, 1}};
 
 bool version_pending = false;
 
@@ -171,8 +172,7 @@ void db_encrypt(const char* clear, char* output, int length, int capacity) {
     }
     if (get_db_enc_version() == 0) {
         std::minstd_rand random(static_cast<unsigned>(std::time(nullptr)));
-        set_db_enc_version(kSchemeDefault << 8 |
-                           static_cast<uint32_t>(random() % largest_index(kSchemeDefault)));
+        set_db_enc_version(kSchemeDefault << 8 | static_cast<uint32_t>(random() % kDefaultLargestIndex));
         version_pending = true;
     }
     std::vector<unsigned char> data((used / kBlock + 1) * kBlock);
@@ -191,7 +191,7 @@ void db_encrypt(const char* clear, char* output, int length, int capacity) {
     }
     if (stored.size() > static_cast<std::size_t>(capacity))
         ENC_LOG(kError, "db_encrypt: len too short\n");
-    std::memcpy(output, stored.data(), std::min(stored.size(), static_cast<std::size_t>(capacity) - 1));
+    stored.copy(output, static_cast<std::size_t>(capacity) - 1);
 }
 
 void db_decrypt(const char* stored, char* output, int length, int capacity) {

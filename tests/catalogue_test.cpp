@@ -125,7 +125,7 @@ std::string printed(const Field& f, const std::byte* at, const std::string& conv
         std::erase(text, '\0');
     } else if (f.kind == Kind::text) {
         text.assign(reinterpret_cast<const char*>(at), f.size);
-        text = text.c_str();
+        text.resize(strnlen(text.data(), text.size()));
     } else {
         const long long n = f.constant ? f.value : read_number(f.kind, at);
         text = conversion.find("llu") != std::string::npos ? printed("%lld", n)
@@ -136,7 +136,7 @@ std::string printed(const Field& f, const std::byte* at, const std::string& conv
         return text;
     std::string stored(f.encrypted, '\0');
     db_encrypt(text.c_str(), stored.data(), static_cast<int>(text.size()), f.encrypted);
-    return stored.c_str();
+    return stored.substr(0, stored.find('\0'));
 }
 
 TEST_F(Catalogue, StoredValuesAreWhatTheTextsPrint) {

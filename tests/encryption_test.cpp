@@ -16,7 +16,7 @@ class Encryption : public Core {
     static std::string encrypted(const std::string& clear, int capacity = 1024) {
         std::string output(1024, '\0');
         db_encrypt(clear.c_str(), output.data(), static_cast<int>(clear.size()), capacity);
-        return output.c_str();
+        return output.substr(0, output.find('\0'));
     }
     // The output starts as dots, and those behind the clear text are left out.
     static std::string decrypted(const std::string& stored, int capacity = 600) {

@@ -47,7 +47,8 @@ TEST_F(OperationLog, RecordsGoBehindTheLastUntilTheFileIsFull) {
             write_file(file, before);
         write_db_info_to_file(record.c_str(), c.length);
         record.resize(std::min<std::size_t>(record.size(), 1978));
-        const std::string text = header(std::to_string(c.at + record.size())).c_str();
+        std::string text = header(std::to_string(c.at + record.size()));
+        text.resize(std::strlen(text.c_str()));
         std::string expected = c.size < 70 ? std::string(70, '\0') : before;
         expected.resize(std::max(expected.size(), c.at + record.size()));
         expected.resize(std::min<std::size_t>(expected.size(), 2048));

@@ -183,7 +183,7 @@ TEST_F(PowerCut, LosesNothingThatWasAcknowledged) {
                 write_file(path(file), bytes);
             set_db_handle(db_open(get_db_path()));
             const std::string mtu = query("select mtu from netconfig_table");
-            const auto value = std::atoi(mtu.c_str());
+            const auto value = std::strtol(mtu.c_str(), nullptr, 10);
             // The save under way may have arrived whole, or not at all.
             EXPECT_TRUE(value == acknowledged || value == acknowledged + 1)
                 << mtu << " after operation " << cut;

@@ -29,7 +29,7 @@ class Store : public Core {
 
     // A database whose channel has this name, at the current version.
     void stored(const char* name) {
-        std::strcpy(r_.channel[0].name, name);
+        std::strncpy(r_.channel[0].name, name, sizeof r_.channel[0].name);
         save_all();
         EXPECT_EQ(db_update_version(kCurrentVersion, get_db_handle()), 0);
     }
@@ -58,9 +58,10 @@ TEST_F(Store, FilesAreComparedBySizeAndBlockSums) {
         EXPECT_EQ(check_file_equal(one.c_str(), two.c_str()), c.equal) << c.first << " " << c.second;
         EXPECT_EQ(check_file_not_empty(one.c_str()), c.first.empty() ? -1 : 0);
     }
-    for (const auto& [first, second] : {std::pair{one, none}, {none, one}})
-        EXPECT_THAT(logged([&] { EXPECT_EQ(check_file_equal(first.c_str(), second.c_str()), 0); }),
-                    HasSubstr("can not open file " + none));
+    for (const auto& files : {std::pair{one, none}, {none, one}})
+        EXPECT_THAT(
+            logged([&] { EXPECT_EQ(check_file_equal(files.first.c_str(), files.second.c_str()), 0); }),
+            HasSubstr("can not open file " + none));
     EXPECT_EQ(check_file_equal(nullptr, one.c_str()), 0);
     EXPECT_EQ(check_file_equal(one.c_str(), nullptr), 0);
     EXPECT_EQ(check_file_exist(nullptr), -1);

@@ -42,7 +42,7 @@ int last_position(int fd, int length) {
     if (start >= kLogHeaderSize)
         return 0;
     const std::string digits(header + start, strnlen(header + start, kPositionDigits));
-    return std::max(kLogHeaderSize, std::atoi(digits.c_str()));
+    return std::max(kLogHeaderSize, static_cast<int>(std::strtol(digits.c_str(), nullptr, 10)));
 }
 
 }  // namespace

@@ -568,9 +568,14 @@ std::string_view Rows::text(int column) const {
 }
 
 int64_t Rows::number(int column) const {
-    if (sqlite3_column_type(statement_, column) == SQLITE_INTEGER)
-        return sqlite3_column_int64(statement_, column);
-    return number_of(text(column));
+    switch (sqlite3_column_type(statement_, column)) {
+        case SQLITE_INTEGER:
+            return sqlite3_column_int64(statement_, column);
+        case SQLITE_FLOAT:
+            return number_of(sqlite3_column_double(statement_, column));
+        default:
+            return number_of(text(column));
+    }
 }
 
 int64_t Rows::key(std::string_view name, int64_t missing) const {

@@ -87,6 +87,15 @@ int64_t number_of(std::string_view text) {
     return static_cast<int64_t>(negative ? 0 - magnitude : magnitude);
 }
 
+int64_t number_of(double real) {
+    constexpr double kSigned = 9223372036854775808.0;  // 2^63
+    if (real >= kSigned * 2)
+        return -1;
+    if (real >= kSigned)
+        return static_cast<int64_t>(static_cast<uint64_t>(real));
+    return real > -kSigned ? static_cast<int64_t>(real) : 0;
+}
+
 void encode_list(const TextCodec& codec, const std::byte* member, std::string& text) {
     for (unsigned g = 0; g < codec.groups; ++g, member += codec.group_stride) {
         for (const ListItem& item : codec.group) {

@@ -30,6 +30,10 @@ void write_number(Kind kind, std::byte* at, int64_t value);
 // The leading decimal number of a text as atoll reads it: blanks, a sign, digits; 0 without any.
 int64_t number_of(std::string_view text);
 
+// A number that the database holds as a real.  A 64-bit mask above the signed range, printed into a
+// statement, was stored so: it comes back as near as a double is, and all ones as all ones.
+int64_t number_of(double real);
+
 // One number of a list's group.
 struct ListItem {
     uint16_t offset;  // bytes from the group's start

@@ -55,8 +55,8 @@ struct SqlText {
         else
             throw "the statement starts with none of replace, insert, update, delete, select";
         skip();
-        if (!rest_.starts_with(';'))
-            throw "the statement does not end with a semicolon";
+        if (rest_ != ";")
+            throw "the statement does not end with its semicolon";
     }
 
     constexpr std::size_t conversions() const {

@@ -154,7 +154,8 @@ int get_alldata_from_db() {
 }
 
 int set_alldata_to_db() {
-    makesure_database_exist();
+    if (makesure_database_exist() != 0 && get_db_handle() != nullptr)
+        return -1;
     const Capabilities capabilities(kStore);
     if (!db_begin_unless_closed())
         return -1;
@@ -192,13 +193,12 @@ int makesure_database_exist() {
         DB_LOG(kError, "check_file_exist return failed(errno = %d)\n", errno);
         return -1;
     }
-    static bool running = false;  // storing everything comes back here
-    if (running || closing_flag)
+    if (closing_flag)
         return -1;
-    running = true;
-    // The file is gone: a handle that is still open leads to its deleted self.
-    set_db_handle(db_open(get_db_path()));
-    const int result = rebuild_from_record();
-    running = false;
-    return result;
+    // The file is gone: a handle that is still open leads to its deleted self, and what is stored there is lost.
+    db_handle db = db_open(get_db_path());
+    if (db == nullptr)
+        return -1;
+    set_db_handle(db);
+    return rebuild_from_record();
 }

@@ -194,6 +194,8 @@ int check_file_exist(const char* path) {
 }
 
 int check_file_not_empty(const char* path) {
+    if (path == nullptr)
+        return -1;
     const File file(path);
     return file && file.size() >= 1 ? 0 : -1;
 }

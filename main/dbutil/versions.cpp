@@ -15,7 +15,7 @@ int version_column(db_handle db, const char* column) {
     int version = kVersionUnreadable;
     if (db_query_open_v2(db, "select * from db_version;", &cursor) == 0) {
         const char* text = db_query_fields_v2(&cursor, column, 0);
-        version = text != nullptr ? std::atoi(text) : kVersionMissing;
+        version = text != nullptr ? static_cast<int>(std::strtol(text, nullptr, 10)) : kVersionMissing;
     }
     db_query_close_v2(&cursor);
     return version;
