@@ -108,10 +108,12 @@ int main() {
     }
     if (pthreadMutexInit(&g_db_mutexsem) != 0)
         DB_LOG(kSevere, "pthreadMutexInit g_db_mutexsem failed ......\n");
-    if (ipc_unix_init("database_process", kServiceNumber, db_service_task, db_service_task) != 0 &&
-        errno == EADDRINUSE) {
-        std::fprintf(stderr, "database_process: another one serves this device already\n");
-        return 1;
+    if (ipc_unix_init("database_process", kServiceNumber, db_service_task, db_service_task) != 0) {
+        if (errno == EADDRINUSE) {
+            std::fprintf(stderr, "database_process: another one serves this device already\n");
+            return 1;
+        }
+        DB_LOG(kError, "the service cannot be registered, errno = %d...\n", errno);
     }
 
     const int loaded = create_semaphore(kLoadedKey);
@@ -127,10 +129,11 @@ int main() {
     std::puts("wait velmora set default...");
     semaphore_wait(defaults_set);
 
-    maxEnChanNo = ask_channel_count();
-    std::printf("going to init database:%d\n", maxEnChanNo);
+    const int channels = ask_channel_count();
+    std::printf("going to init database:%d\n", channels);
     {
-        const DatabaseLock lock;
+        const DatabaseLock lock;  // requests may be waiting already
+        maxEnChanNo = channels;
         init_database();
     }
     DB_LOG(kInfo, "After init_database...\n");

@@ -286,7 +286,11 @@ std::string standard_input() {
     return text;
 }
 
-void set(const SetOptions& options) {
+void set(SetOptions options) {
+    if (const auto sign = options.address.find('='); !options.value && sign != std::string::npos) {
+        options.value = options.address.substr(sign + 1);
+        options.address.resize(sign);
+    }
     const Cell cell = find_cell(parse_address(options.address));
     const bool told = options.value && *options.value != "-";
     if (told && cell.field->secret())
@@ -330,6 +334,7 @@ void add_record_commands(CLI::App& app) {
     set_command
         ->add_option("value", set_options->value,
                      "a number; a text, with \\xNN for any byte; or the numbers of a list between commas.\n"
+                     "ADDRESS=VALUE will do too.\n"
                      "Absent or -: read from standard input, as secrets must be")
         ->type_name("VALUE");
     set_command->callback([set_options] { set(*set_options); });
