@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <vector>
 
 #include "main/dbshell/catalogue.h"
 #include "main/dbutil/store.h"
@@ -18,21 +19,29 @@ constexpr const char* kSourceFile = "main/dbshell.c";
 
 // ------------------------------------------------------------------------------------- executable texts
 
-// The text with every conversion as a numbered parameter, up to its final semicolon.
-std::string parametrised(const SqlText& sql) {
+// A piece of the text with every conversion as a numbered parameter; they are numbered through the whole
+// text.
+std::string parametrised(const SqlText& sql, std::string_view piece) {
     std::string out;
-    const char* from = sql.text.data();
+    const char* from = piece.data();
+    const char* const end = piece.data() + piece.size();
     int parameter = 0;
     for (std::size_t i = 0; i < sql.slots; ++i) {
         const Slot& s = sql.slot[i];
         if (s.conversion.kind == 0)
             continue;
+        ++parameter;
+        if (s.value.data() < from || s.value.data() >= end)
+            continue;
         out.append(from, s.value.data());
-        out += '?' + std::to_string(++parameter);
+        out += '?' + std::to_string(parameter);
         from = s.value.data() + s.value.size();
     }
-    out.append(from, sql.text.data() + sql.text.rfind(';'));
-    return out;
+    return out.append(from, end);
+}
+
+std::string parametrised(const SqlText& sql) {
+    return parametrised(sql, sql.text);
 }
 
 // Each stored column against its value, as conditions.
@@ -55,27 +64,30 @@ std::string conditions(const SqlText& sql, const char* comparison, const char* j
     return out;
 }
 
-// What is prepared for a statement: its text, made to change nothing where the database holds the row
-// already.
-std::string executable(const Statement& statement) {
-    const SqlText sql(statement.text);
-    std::string out = parametrised(sql);
-    if (sql.verb == Verb::update) {
-        out += sql.where_clause.empty() ? " where (" : " and (";
-        out += conditions(sql, " is not ", " or ") + ")";
-    } else if (sql.verb == Verb::replace) {
-        const auto values = out.rfind("values");
-        const auto open = out.find('(', values);
-        out = out.substr(0, values) + "select " + out.substr(open + 1, out.rfind(')') - open - 1) +
-              " where not exists (select 1 from " + std::string(sql.table) + " where " +
-              conditions(sql, " = ", " and ") + ")";
-    }
-    return out;
+bool stores(const Statement& statement) {
+    return statement.verb == Verb::update || statement.verb == Verb::replace;
+}
+
+// Asks whether a storing statement would change anything: 1 or 0.  SQLite compares with the columns'
+// affinity, so what it compares is what it would store.
+std::string change_query(const SqlText& sql) {
+    const std::string rows = "exists (select 1 from " + std::string(sql.table) + " ";
+    if (sql.verb == Verb::replace)
+        return "select not " + rows + "where " + conditions(sql, " = ", " and ") + ")";
+    return "select " + rows +
+           (sql.where_clause.empty() ? "where (" : parametrised(sql, sql.where_clause) + " and (") +
+           conditions(sql, " is not ", " or ") + "))";
 }
 
 sqlite3_stmt* prepared_statement(const Statement& statement) {
     sqlite3_stmt* s = db_prepared(&statement);
-    return s != nullptr ? s : db_prepare(&statement, executable(statement));
+    return s != nullptr ? s : db_prepare(&statement, parametrised(SqlText(statement.text)));
+}
+
+// Found by the address of the statement's text, as the statement itself is by its own.
+sqlite3_stmt* prepared_change_query(const Statement& statement) {
+    sqlite3_stmt* s = db_prepared(statement.text.data());
+    return s != nullptr ? s : db_prepare(statement.text.data(), change_query(SqlText(statement.text)));
 }
 
 // "delete from TABLE ..." for the rows that "select count(*) from TABLE ..." counts.
@@ -131,31 +143,59 @@ int64_t field_number(const Field& field, const std::byte* row, RowIndex index) {
     return field.constant ? field.value : read_number(field.kind, address_of(field, row, index));
 }
 
-int bind(sqlite3_stmt* s, const Statement& statement, const std::byte* row, RowIndex index) {
-    int position = 0;
-    for (const Param& p : statement.params) {
-        ++position;
-        int rc = SQLITE_OK;
+struct Value {
+    bool is_text = false;
+    int64_t number = 0;
+    std::string text;
+};
+
+// The values of a statement's parameters, each read once: another process may write the record meanwhile.
+std::vector<Value> values_of(const Statement& statement, const std::byte* row, RowIndex index) {
+    std::vector<Value> values(statement.params.size());
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const Param& p = statement.params[i];
         const Field* field = p.is_key ? nullptr : &statement.fields[p.index];
+        Value& v = values[i];
+        v.is_text = p.conversion.quoted;
         if (field != nullptr && field->textual()) {
-            const std::string text = stored_text(*field, address_of(*field, row, index));
-            rc = sqlite3_bind_text(s, position, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
-        } else {
-            const int64_t number =
-                stored_number(p.conversion, field == nullptr ? index.key(statement.keys[p.index])
-                                                             : field_number(*field, row, index));
-            if (p.conversion.quoted) {
-                const std::string text = std::to_string(number);
-                rc = sqlite3_bind_text(s, position, text.data(), static_cast<int>(text.size()),
-                                       SQLITE_TRANSIENT);
-            } else {
-                rc = sqlite3_bind_int64(s, position, number);
-            }
+            v.text = stored_text(*field, address_of(*field, row, index));
+            continue;
         }
+        v.number = stored_number(p.conversion, field == nullptr ? index.key(statement.keys[p.index])
+                                                                : field_number(*field, row, index));
+        if (v.is_text)
+            v.text = std::to_string(v.number);
+    }
+    return values;
+}
+
+// The values must live until the statement is reset.
+int bind(sqlite3_stmt* s, const std::vector<Value>& values) {
+    int position = 0;
+    for (const Value& v : values) {
+        ++position;
+        const int rc = v.is_text ? sqlite3_bind_text(s, position, v.text.data(),
+                                                     static_cast<int>(v.text.size()), SQLITE_STATIC)
+                                 : sqlite3_bind_int64(s, position, v.number);
         if (rc != SQLITE_OK)
             return rc;
     }
     return SQLITE_OK;
+}
+
+// Runs a statement to its first row.  0 or SQLite's code, which is logged; the row's first column.
+int run(sqlite3_stmt* s, const std::vector<Value>& values, int* column = nullptr) {
+    if (s == nullptr)
+        return SQLITE_ERROR;
+    int rc = bind(s, values);
+    if (rc == SQLITE_OK)
+        rc = sqlite3_step(s);
+    if (rc == SQLITE_ROW && column != nullptr)
+        *column = sqlite3_column_int(s, 0);
+    rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
+    sqlite3_reset(s);
+    sqlite3_clear_bindings(s);
+    return rc;
 }
 
 // Stores a column's text in a field.
@@ -397,16 +437,12 @@ Result ready(std::string_view function) {
 }
 
 int execute(const Statement& statement, const std::byte* row, RowIndex index) {
-    sqlite3_stmt* s = prepared_statement(statement);
-    if (s == nullptr)
-        return SQLITE_ERROR;
-    int rc = bind(s, statement, row, index);
-    if (rc == SQLITE_OK)
-        rc = sqlite3_step(s);
-    rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
-    sqlite3_reset(s);
-    sqlite3_clear_bindings(s);
-    return rc;
+    const std::vector<Value> values = values_of(statement, row, index);
+    int changes = 1;
+    if (stores(statement))
+        if (const int rc = run(prepared_change_query(statement), values, &changes); rc != SQLITE_OK)
+            return rc;
+    return changes != 0 ? run(prepared_statement(statement), values) : SQLITE_OK;
 }
 
 int count_rows(const Statement& statement, RowIndex index, int64_t& count) {
@@ -435,7 +471,7 @@ Result ensure_rows(const Table& t, std::string_view function, RowIndex index) {
         const std::string sql = parametrised(SqlText(text));
         int rc = sqlite3_prepare_v2(get_db_handle(), sql.c_str(), static_cast<int>(sql.size()), &s, nullptr);
         if (rc == SQLITE_OK)
-            rc = bind(s, remove, nullptr, index);
+            rc = bind(s, values_of(remove, nullptr, index));
         if (rc == SQLITE_OK)
             rc = sqlite3_step(s) == SQLITE_DONE ? SQLITE_OK : db_report_error();
         sqlite3_finalize(s);
@@ -531,7 +567,7 @@ Rows::Rows(const Table& table) {
 
 Rows::Rows(const Statement& statement, RowIndex index) {
     statement_ = prepared_statement(statement);
-    error_ = statement_ == nullptr ? SQLITE_ERROR : bind(statement_, statement, nullptr, index);
+    error_ = statement_ == nullptr ? SQLITE_ERROR : bind(statement_, values_of(statement, nullptr, index));
 }
 
 Rows::~Rows() {

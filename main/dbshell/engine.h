@@ -50,7 +50,8 @@ void log_table(std::string_view function, const char* message, int64_t number = 
 // True when the record is attached and the database open; otherwise logs and tells why.
 Result ready(std::string_view function);
 
-// Runs a statement for one row whose fields lie at `row`.  0 or SQLite's code.
+// Runs a statement for one row whose fields lie at `row`; one that stores only when that changes
+// anything.  0 or SQLite's code.
 int execute(const Statement& statement, const std::byte* row, RowIndex index);
 
 // Counts with a "select count(*)" statement.  0 or SQLite's code.

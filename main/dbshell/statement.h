@@ -4,7 +4,8 @@
 // the next field, whose name must be the column's name and whose type must fit the conversion.  A wrong
 // entry does not compile, and the error quotes the sentence that stands in the failing throw below.
 //
-// The text is executed with bound parameters: a quoted conversion binds text, a bare one a number.
+// The text is executed as it stands, with bound parameters: a quoted conversion binds text, a bare one a
+// number.
 #ifndef DBSHELL_STATEMENT_H
 #define DBSHELL_STATEMENT_H
 
@@ -64,6 +65,7 @@ struct Param {
 
 struct Statement {
     std::string_view text;
+    Verb verb = Verb::select;
     std::span<const KeyColumn> keys;
     std::span<const Field> fields;
     std::span<const Param> params;
@@ -141,6 +143,7 @@ template <auto Text, auto Fields, class Keys>
 consteval Statement make_statement(uint32_t stride) {
     Statement s;
     s.text = Text();
+    s.verb = SqlText(Text()).verb;
     s.keys = Keys::value;
     s.fields = kStatic<Fields>;
     s.params =
