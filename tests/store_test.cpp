@@ -223,6 +223,17 @@ TEST_F(Store, MissingDatabaseIsMadeAgainByTheNextFullSave) {
     EXPECT_EQ(query("select dev_type from dev_info"), std::to_string(r_.device.dev_info.dev_type));
 }
 
+TEST_F(Store, LockedDatabaseIsNotMadeAnewAndStaysUsable) {
+    stored("gate");
+    const std::string before = content(get_db_path());
+    {
+        const Locked locked;
+        EXPECT_EQ(rebuild_from_record(), -1);
+    }
+    EXPECT_EQ(content(get_db_path()), before);
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
+}
+
 // ------------------------------------------------------------------------------------- loading and storing all
 
 TEST_F(Store, TablesThatTheDeviceLacksArePassedOver) {

@@ -460,7 +460,7 @@ Result ensure_rows(const Table& t, std::string_view function, RowIndex index) {
         return kQueryFailed;
     }
     // An update that names no row sets the key of every row: only one may be there.
-    const bool one_only = !t.top_up && SqlText(t.save[0].text).where_clause.empty();
+    const bool one_only = !t.top_up && !t.save.empty() && SqlText(t.save[0].text).where_clause.empty();
     if (count >= t.row_count() && !(one_only && count > 1))
         return kDone;
     if (count > 0 && !t.top_up) {
@@ -484,8 +484,6 @@ Result ensure_rows(const Table& t, std::string_view function, RowIndex index) {
         }
         count = 0;
     }
-    if (one_only)
-        count = 0;
     for (int inner = static_cast<int>(count); inner < t.row_count(); ++inner) {
         for (const Statement& s : t.fill) {
             if (!s.serves(inner))

@@ -123,7 +123,8 @@ int drop_all_tables(db_handle db) {
         db, "select name from sqlite_master where type='table' and name not like 'sqlite_%';", &cursor);
     for (int i = 0; rc == 0 && i < db_query_rec_count_v2(&cursor); ++i) {
         std::string quoted;
-        for (const char* c = db_query_fields_v2(&cursor, "name", i); *c != '\0'; ++c)
+        const char* name = db_query_fields_v2(&cursor, "name", i);
+        for (const char* c = name != nullptr ? name : ""; *c != '\0'; ++c)
             quoted.append(*c == '"' ? 2 : 1, *c);
         rc = db_execsql(db, ("drop table \"" + quoted + "\";").c_str());
     }
@@ -169,11 +170,11 @@ int set_alldata_to_db() {
 int rebuild_from_record() {
     const Capabilities capabilities(kStore);
     db_handle db = get_db_handle();
-    int tables_before = 0;
-    if (db == nullptr || db_begin() != 0 ||
-        db_query_row_num(db, "select count(*) from sqlite_master;", &tables_before) != 0)
+    int tables_before = -1;
+    if (db == nullptr || db_begin() != 0)
         return -1;
-    if (drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables(capabilities) == 0 &&
+    if (db_query_row_num(db, "select count(*) from sqlite_master;", &tables_before) == 0 &&
+        drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables(capabilities) == 0 &&
         db_update_version(kCurrentVersion, db) == 0)
         return db_commit() == 0 ? 0 : -1;
     DB_LOG(kError, "set_alldata_to_db error\n");

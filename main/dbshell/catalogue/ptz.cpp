@@ -87,11 +87,10 @@ int load_end(const Table& t, const Rows& rows) {
     return result_of(t, kQueryFailed);
 }
 
-// ensure_rows() for a number of rows that only the save knows, or with its own save statements.
-Result ensure(const Table& t, int rows, std::span<const Statement> save) {
+// ensure_rows() for a number of rows that only the save knows.
+Result ensure(const Table& t, int rows) {
     Table whole = t;
     whole.rows = rows;
-    whole.save = save;
     return ensure_rows(whole, t.set, {});
 }
 
@@ -176,7 +175,7 @@ constexpr std::span<const Statement> kSave = PUTS(
 static_assert(kSave.size() == kPorts);
 
 int save(const Table& t, int) {
-    if (const Result r = ensure(t, kPorts, kSave); r != kDone)
+    if (const Result r = ensure(t, kPorts); r != kDone)
         return result_of(t, r);
     const Serial ports = ptz().serial;
     for (int port = 0; port < kPorts; ++port)
@@ -262,7 +261,7 @@ int save_alarm_trigger_ptz(const Table& t, int) {
     if (alarms <= 0)
         return kDone;
     const int row_count = kTriggerTypes * alarms;
-    if (const Result r = ensure(t, row_count, t.save); r != kDone)
+    if (const Result r = ensure(t, row_count); r != kDone)
         return result_of(t, r);
     for (int row = 0; row < row_count; ++row) {
         const RowIndex index{.outer = row / alarms, .inner = row, .third = row % alarms};
