@@ -13,12 +13,12 @@
 #include <string>
 #include <thread>
 
-#include "main/DB_process_service.h"
-#include "main/state.h"
-#include "platform/device_debug.h"
-#include "platform/device_ipc.h"
-#include "platform/device_paths.h"
+#include "DB_process_service.h"
+#include "device_debug.h"
+#include "device_ipc.h"
+#include "device_paths.h"
 #include "request.h"
+#include "state.h"
 
 namespace {
 

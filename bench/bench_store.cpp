@@ -10,16 +10,16 @@
 #include <string>
 #include <vector>
 
-#include "main/dbshell/engine.h"
-#include "main/dbutil/registry.h"
-#include "main/dbutil/store.h"
-#include "main/dbutil/transaction.h"
-#include "main/state.h"
-#include "platform/device_debug.h"
-#include "platform/device_ipc.h"
-#include "platform/device_paths.h"
+#include "device_debug.h"
+#include "device_ipc.h"
+#include "device_paths.h"
+#include "engine.h"
+#include "record_access.h"
+#include "registry.h"
 #include "request.h"
-#include "tools/record_access.h"
+#include "state.h"
+#include "store.h"
+#include "transaction.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "main/DB_main.h"
+#include "DB_main.h"
 
 #include <errno.h>
 #include <signal.h>
@@ -10,14 +10,14 @@
 #include <cstdio>
 #include <cstring>
 
-#include "main/DB_process_service.h"
-#include "main/dbutil/start.h"
-#include "main/log.h"
-#include "main/state.h"
-#include "platform/device_ipc.h"
-#include "platform/device_paths.h"
+#include "DB_process_service.h"
+#include "DB_uni_process.h"
+#include "device_ipc.h"
+#include "device_paths.h"
+#include "log.h"
 #include "request.h"
-#include "uni_process/DB_uni_process.h"
+#include "start.h"
+#include "state.h"
 
 namespace {
 

@@ -1,22 +1,22 @@
-#include "main/DB_process_service.h"
+#include "DB_process_service.h"
 
 #include <cstdio>
 #include <cstring>
 #include <optional>
 
-#include "main/dbshell/engine.h"
-#include "main/dbutil/all_tables.h"
-#include "main/dbutil/registry.h"
-#include "main/dbutil/start.h"
-#include "main/dbutil/store.h"
-#include "main/dbutil/transaction.h"
-#include "main/dbutil/versions.h"
-#include "main/log.h"
-#include "main/request_kinds.h"
-#include "main/state.h"
-#include "platform/device_debug.h"
+#include "DB_uni_process.h"
+#include "all_tables.h"
+#include "device_debug.h"
+#include "engine.h"
+#include "log.h"
+#include "registry.h"
 #include "request.h"
-#include "uni_process/DB_uni_process.h"
+#include "request_kinds.h"
+#include "start.h"
+#include "state.h"
+#include "store.h"
+#include "transaction.h"
+#include "versions.h"
 
 namespace {
 

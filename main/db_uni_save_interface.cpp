@@ -1,11 +1,11 @@
-#include "main/db_uni_save_interface.h"
+#include "db_uni_save_interface.h"
 
-#include "main/dbshell/catalogue.h"
-#include "main/dbshell/engine.h"
-#include "main/dbshell/schedules.h"
-#include "main/dbutil/store.h"
-#include "main/log.h"
-#include "main/state.h"
+#include "catalogue.h"
+#include "engine.h"
+#include "log.h"
+#include "schedules.h"
+#include "state.h"
+#include "store.h"
 
 namespace {
 

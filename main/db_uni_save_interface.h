@@ -4,7 +4,7 @@
 #define MAIN_DB_UNI_SAVE_INTERFACE_H
 
 #include "device_config.h"
-#include "platform/device_db.h"
+#include "device_db.h"
 
 inline constexpr int kStorageCard = 1;
 

@@ -1,4 +1,4 @@
-#include "platform/device_db.h"
+#include "device_db.h"
 
 #include <sqlite3.h>
 #include <strings.h>

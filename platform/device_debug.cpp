@@ -1,4 +1,4 @@
-#include "platform/device_debug.h"
+#include "device_debug.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -14,7 +14,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/unique_fd.h"
+#include "unique_fd.h"
 
 namespace {
 

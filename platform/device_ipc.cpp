@@ -1,4 +1,4 @@
-#include "platform/device_ipc.h"
+#include "device_ipc.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,10 +21,10 @@
 #include <utility>
 #include <vector>
 
-#include "platform/device_ipc_wire.h"
-#include "platform/device_paths.h"
-#include "platform/device_thread.h"
-#include "platform/unique_fd.h"
+#include "device_ipc_wire.h"
+#include "device_paths.h"
+#include "device_thread.h"
+#include "unique_fd.h"
 
 namespace {
 

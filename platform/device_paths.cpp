@@ -1,4 +1,4 @@
-#include "platform/device_paths.h"
+#include "device_paths.h"
 
 #include <cerrno>
 #include <cstdint>

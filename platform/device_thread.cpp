@@ -1,4 +1,4 @@
-#include "platform/device_thread.h"
+#include "device_thread.h"
 
 #include <sched.h>
 #include <sys/prctl.h>

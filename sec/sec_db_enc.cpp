@@ -1,4 +1,4 @@
-#include "sec/sec_db_enc.h"
+#include "sec_db_enc.h"
 
 #include <net/if.h>
 #include <openssl/evp.h>
@@ -17,8 +17,8 @@
 #include <string_view>
 #include <vector>
 
-#include "main/log.h"
-#include "main/state.h"
+#include "log.h"
+#include "state.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Every table of the catalogue between the record and the database, and the readers of its texts.
-#include "tests/core_fixture.h"
+#include "core_fixture.h"
 
 namespace {
 

@@ -24,26 +24,26 @@
 #include <string>
 #include <vector>
 
-#include "main/DB_process_service.h"
-#include "main/dbutil/all_tables.h"
-#include "main/dbutil/registry.h"
-#include "main/dbutil/start.h"
-#include "main/dbutil/store.h"
-#include "main/dbutil/transaction.h"
-#include "main/dbutil/versions.h"
-#include "main/request_kinds.h"
-#include "main/state.h"
-#include "platform/device_ipc.h"
-#include "platform/device_paths.h"
-#include "platform/unique_fd.h"
-#include "sec/sec_db_enc.h"
-#include "tools/record_access.h"
-#include "uni_process/DB_uni_process.h"
+#include "DB_process_service.h"
+#include "DB_uni_process.h"
+#include "all_tables.h"
+#include "device_ipc.h"
+#include "device_paths.h"
+#include "record_access.h"
+#include "registry.h"
+#include "request_kinds.h"
+#include "sec_db_enc.h"
+#include "start.h"
+#include "state.h"
+#include "store.h"
+#include "transaction.h"
+#include "unique_fd.h"
+#include "versions.h"
 
 // Behind the others: the words of the catalogue are macros.
-#include "main/dbshell/catalogue.h"
-#include "main/dbshell/engine.h"
-#include "main/dbshell/schedules.h"
+#include "catalogue.h"
+#include "engine.h"
+#include "schedules.h"
 
 // The pauses that the core makes pass at once (store_test.cpp): they are counted, and `on_pause` runs instead.
 inline int pauses = 0;

@@ -1,5 +1,5 @@
 // Encryption of credentials, against literal texts made with another implementation of MD5 and AES.
-#include "tests/core_fixture.h"
+#include "core_fixture.h"
 
 namespace {
 

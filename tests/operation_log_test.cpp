@@ -1,7 +1,7 @@
 // The operation log file, and the small queries beside it.
-#include "uni_process/operation_log.h"
+#include "operation_log.h"
 
-#include "tests/core_fixture.h"
+#include "core_fixture.h"
 
 namespace {
 

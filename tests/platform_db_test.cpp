@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "platform/device_db.h"
+#include "device_db.h"
 
 namespace fs = std::filesystem;
 

@@ -16,9 +16,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/device_debug.h"
-#include "platform/device_paths.h"
-#include "platform/device_thread.h"
+#include "device_debug.h"
+#include "device_paths.h"
+#include "device_thread.h"
 
 namespace fs = std::filesystem;
 

@@ -18,10 +18,10 @@
 #include <thread>
 #include <vector>
 
-#include "platform/device_ipc.h"
-#include "platform/device_ipc_wire.h"
-#include "platform/device_paths.h"
-#include "platform/unique_fd.h"
+#include "device_ipc.h"
+#include "device_ipc_wire.h"
+#include "device_paths.h"
+#include "unique_fd.h"
 
 namespace fs = std::filesystem;
 

@@ -1,6 +1,6 @@
 // Power cuts: every write, truncation, sync and unlink that saves make is recorded; then the power goes after each of them, with
 // what was not synced dropped, kept or torn, and the database is opened again.  Nothing acknowledged may be missing.
-#include "tests/core_fixture.h"
+#include "core_fixture.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Weekly schedules in their one table, and the storage card's two tables.
-#include "main/db_uni_save_interface.h"
-#include "tests/core_fixture.h"
+#include "core_fixture.h"
+#include "db_uni_save_interface.h"
 
 namespace {
 

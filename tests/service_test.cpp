@@ -1,5 +1,5 @@
 // Requests: what each kind replies and stores, and what is left of one that fails.
-#include "tests/core_fixture.h"
+#include "core_fixture.h"
 
 namespace {
 

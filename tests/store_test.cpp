@@ -1,6 +1,6 @@
 // The store: files, schema, transactions, and what a start makes of each kind of database file.
-#include "main/dbutil/schema.h"
-#include "tests/core_fixture.h"
+#include "core_fixture.h"
+#include "schema.h"
 
 // In the place of the C library's: a test waits for nothing.
 unsigned sleep(unsigned) {

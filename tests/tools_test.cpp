@@ -17,10 +17,10 @@
 #include <string>
 #include <vector>
 
-#include "tools/record_access.h"
+#include "record_access.h"
 
 // Behind the others: the words of the catalogue are macros.
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 namespace {
 

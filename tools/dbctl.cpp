@@ -2,9 +2,9 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
-#include "tools/dbctl_commands.h"
-#include "tools/dbctl_output.h"
-#include "tools/shared_objects.h"
+#include "dbctl_commands.h"
+#include "dbctl_output.h"
+#include "shared_objects.h"
 
 namespace {
 

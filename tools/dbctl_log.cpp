@@ -7,9 +7,9 @@
 #include <iterator>
 #include <memory>
 
-#include "platform/device_paths.h"
-#include "tools/dbctl_commands.h"
-#include "tools/dbctl_output.h"
+#include "dbctl_commands.h"
+#include "dbctl_output.h"
+#include "device_paths.h"
 
 namespace {
 

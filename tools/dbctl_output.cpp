@@ -1,4 +1,4 @@
-#include "tools/dbctl_output.h"
+#include "dbctl_output.h"
 
 #include <fmt/format.h>
 #include <unistd.h>

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/record_access.h"
+#include "record_access.h"
 
 // The exit status, which scripts rely on.
 enum ExitStatus : int {

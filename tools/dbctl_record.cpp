@@ -8,13 +8,13 @@
 #include <optional>
 #include <set>
 
-#include "main/request_kinds.h"
-#include "tools/dbctl_commands.h"
-#include "tools/dbctl_output.h"
-#include "tools/shared_objects.h"
+#include "dbctl_commands.h"
+#include "dbctl_output.h"
+#include "request_kinds.h"
+#include "shared_objects.h"
 
 // Behind the others: the words of the catalogue are macros.
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 namespace {
 

@@ -11,16 +11,16 @@
 #include <memory>
 #include <optional>
 
-#include "main/request_kinds.h"
-#include "platform/device_ipc.h"
-#include "platform/device_paths.h"
+#include "dbctl_commands.h"
+#include "dbctl_output.h"
+#include "device_ipc.h"
+#include "device_paths.h"
 #include "request.h"
-#include "tools/dbctl_commands.h"
-#include "tools/dbctl_output.h"
-#include "tools/shared_objects.h"
+#include "request_kinds.h"
+#include "shared_objects.h"
 
 // Behind the others: the words of the catalogue are macros.
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tools/record_access.h"
+#include "record_access.h"
 
 #include <fmt/format.h>
 
@@ -10,7 +10,7 @@
 #include <utility>
 
 // Behind the others: the words of the catalogue are macros.
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tools/shared_objects.h"
+#include "shared_objects.h"
 
 #include <sys/ipc.h>
 #include <sys/sem.h>
@@ -9,7 +9,7 @@
 #include <string>
 #include <system_error>
 
-#include "platform/device_paths.h"
+#include "device_paths.h"
 
 namespace {
 

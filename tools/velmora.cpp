@@ -18,11 +18,11 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/device_ipc.h"
-#include "platform/device_paths.h"
+#include "device_ipc.h"
+#include "device_paths.h"
+#include "record_access.h"
 #include "request.h"
-#include "tools/record_access.h"
-#include "tools/shared_objects.h"
+#include "shared_objects.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "uni_process/DB_uni_process.h"
+#include "DB_uni_process.h"
 
 #include <algorithm>
 #include <array>
@@ -7,10 +7,10 @@
 #include <string_view>
 
 #include "build_info.h"
-#include "main/log.h"
-#include "main/state.h"
-#include "platform/device_ipc.h"
+#include "device_ipc.h"
+#include "log.h"
 #include "request.h"
+#include "state.h"
 
 namespace {
 

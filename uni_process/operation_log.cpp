@@ -1,4 +1,4 @@
-#include "uni_process/operation_log.h"
+#include "operation_log.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,8 +12,8 @@
 #include <ctime>
 #include <string>
 
-#include "main/log.h"
-#include "platform/device_paths.h"
+#include "device_paths.h"
+#include "log.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 #include <algorithm>
 #include <vector>

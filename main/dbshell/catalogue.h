@@ -3,7 +3,7 @@
 #ifndef DBSHELL_CATALOGUE_H
 #define DBSHELL_CATALOGUE_H
 
-#include "main/dbshell/table.h"
+#include "table.h"
 
 // One domain file of main/dbshell/catalogue/ each.
 extern const std::span<const Table> kDeviceTables;

@@ -1,4 +1,4 @@
-#include "main/dbshell/field.h"
+#include "field.h"
 
 #include <algorithm>
 #include <charconv>

@@ -11,7 +11,7 @@
 #define DBSHELL_SCHEDULES_H
 
 #include "device_config.h"
-#include "main/dbshell/field.h"
+#include "field.h"
 
 // The process types that have a home in the record.
 enum ProcessType : int {

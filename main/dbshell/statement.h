@@ -12,8 +12,8 @@
 #include <array>
 #include <span>
 
-#include "main/dbshell/field.h"
-#include "main/dbshell/sql_text.h"
+#include "field.h"
+#include "sql_text.h"
 
 // What a key column counts.  The value in the database is the index plus the bias; rows are counted from
 // 1 there.

@@ -15,7 +15,7 @@
 #include <utility>
 
 #include "device_config.h"
-#include "main/dbshell/statement.h"
+#include "statement.h"
 
 // What the outer index of a table counts.
 enum class Owner : uint8_t { none, sensor, channel };

@@ -1,4 +1,4 @@
-#include "main/dbutil/schema.h"
+#include "schema.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "main/dbutil/store.h"
+#include "store.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -10,10 +10,10 @@
 #include <memory>
 #include <unordered_map>
 
-#include "main/dbutil/schema.h"
-#include "main/log.h"
-#include "platform/device_paths.h"
-#include "uni_process/operation_log.h"
+#include "device_paths.h"
+#include "log.h"
+#include "operation_log.h"
+#include "schema.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "platform/device_db.h"
+#include "device_db.h"
 
 struct sqlite3_stmt;
 

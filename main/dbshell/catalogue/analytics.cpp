@@ -2,10 +2,10 @@
 //
 // A detector with a weekly schedule saves it after its own row; which process type is whose is told in
 // schedules.h.
-#include "main/dbshell/catalogue.h"
-#include "main/dbshell/engine.h"
-#include "main/dbshell/schedules.h"
-#include "main/state.h"
+#include "catalogue.h"
+#include "engine.h"
+#include "schedules.h"
+#include "state.h"
 
 namespace {
 

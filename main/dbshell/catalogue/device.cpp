@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "main/dbshell/catalogue.h"
-#include "main/dbshell/engine.h"
-#include "main/state.h"
+#include "catalogue.h"
+#include "engine.h"
+#include "state.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 // schedules.h.
 #include <algorithm>
 
-#include "main/dbshell/catalogue.h"
-#include "main/dbshell/engine.h"
-#include "main/dbshell/schedules.h"
-#include "main/state.h"
-#include "uni_process/DB_uni_process.h"
+#include "DB_uni_process.h"
+#include "catalogue.h"
+#include "engine.h"
+#include "schedules.h"
+#include "state.h"
 
 namespace {
 

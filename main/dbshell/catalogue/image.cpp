@@ -1,6 +1,6 @@
 // The tables of the image front end: the sensors' pipeline settings, the day and night parameter sets,
 // lenses, thermal imaging, cropping and the supplementary light.
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 namespace {
 

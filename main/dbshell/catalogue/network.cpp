@@ -1,5 +1,5 @@
 // The tables of the network interface and of the services on it.
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 namespace {
 

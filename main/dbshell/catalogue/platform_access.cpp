@@ -1,7 +1,7 @@
 // Login security and remote access.
-#include "main/dbshell/catalogue.h"
-#include "main/log.h"
-#include "main/state.h"
+#include "catalogue.h"
+#include "log.h"
+#include "state.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "main/dbshell/catalogue.h"
-#include "main/dbshell/engine.h"
-#include "main/state.h"
-#include "uni_process/DB_uni_process.h"
+#include "DB_uni_process.h"
+#include "catalogue.h"
+#include "engine.h"
+#include "state.h"
 
 namespace {
 

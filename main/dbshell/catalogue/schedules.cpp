@@ -1,15 +1,15 @@
 // Weekly schedules.  Not rows of the catalogue: the savers take the address of any feature's schedule,
 // and one pass over the table loads them all.  What differs between the savers are three statements each;
 // where a process type's schedule lives in the record is told once, in kHomes.
-#include "main/dbshell/schedules.h"
+#include "schedules.h"
 
 #include <cstdio>
 
-#include "main/dbshell/catalogue.h"
-#include "main/dbshell/engine.h"
-#include "main/dbutil/store.h"
-#include "main/log.h"
-#include "main/state.h"
+#include "catalogue.h"
+#include "engine.h"
+#include "log.h"
+#include "state.h"
+#include "store.h"
 
 namespace {
 

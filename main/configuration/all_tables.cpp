@@ -1,19 +1,19 @@
-#include "main/dbutil/all_tables.h"
+#include "all_tables.h"
 
 #include <errno.h>
 
 #include <initializer_list>
 #include <string>
 
-#include "main/dbutil/registry.h"
-#include "main/dbutil/schema.h"
-#include "main/dbutil/store.h"
-#include "main/dbutil/transaction.h"
-#include "main/dbutil/versions.h"
-#include "main/log.h"
-#include "main/state.h"
-#include "uni_process/DB_uni_process.h"
-#include "uni_process/operation_log.h"
+#include "DB_uni_process.h"
+#include "log.h"
+#include "operation_log.h"
+#include "registry.h"
+#include "schema.h"
+#include "state.h"
+#include "store.h"
+#include "transaction.h"
+#include "versions.h"
 
 namespace {
 

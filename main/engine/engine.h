@@ -10,9 +10,9 @@
 #include <optional>
 #include <vector>
 
-#include "main/dbshell/table.h"
-#include "main/log.h"
-#include "platform/device_db.h"
+#include "device_db.h"
+#include "log.h"
+#include "table.h"
 
 struct sqlite3_stmt;
 

@@ -1,13 +1,13 @@
-#include "main/dbutil/transaction.h"
+#include "transaction.h"
 
 #include <sqlite3.h>
 #include <unistd.h>
 
-#include "main/dbshell/catalogue.h"
-#include "main/dbshell/engine.h"
-#include "main/dbutil/store.h"
-#include "main/log.h"
-#include "sec/sec_db_enc.h"
+#include "catalogue.h"
+#include "engine.h"
+#include "log.h"
+#include "sec_db_enc.h"
+#include "store.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "main/dbutil/versions.h"
+#include "versions.h"
 
 #include <cstdlib>
 #include <string>
 
-#include "main/dbutil/store.h"
-#include "main/log.h"
+#include "log.h"
+#include "store.h"
 
 namespace {
 

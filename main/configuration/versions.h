@@ -2,7 +2,7 @@
 #ifndef DBUTIL_VERSIONS_H
 #define DBUTIL_VERSIONS_H
 
-#include "platform/device_db.h"
+#include "device_db.h"
 
 inline constexpr int kVersionUnreadable = -1;  // the query failed
 inline constexpr int kVersionMissing = -2;     // no row, or no value in it

@@ -1,8 +1,8 @@
-#include "main/request_kinds.h"
+#include "request_kinds.h"
 
 #include <algorithm>
 
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 namespace {
 

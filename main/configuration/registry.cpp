@@ -1,6 +1,6 @@
-#include "main/dbutil/registry.h"
+#include "registry.h"
 
-#include "main/dbshell/engine.h"
+#include "engine.h"
 
 TableEntry tables_fun[kTableNumbers];
 

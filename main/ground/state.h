@@ -6,7 +6,7 @@
 #include <atomic>
 
 #include "device_config.h"
-#include "platform/device_thread.h"
+#include "device_thread.h"
 
 // The attached record, shared with the main application, which writes it at any time: read a length, an
 // index or a count from it once, and bound it.  Null before it is attached.

@@ -2,7 +2,7 @@
 #ifndef DBUTIL_REGISTRY_H
 #define DBUTIL_REGISTRY_H
 
-#include "main/dbshell/catalogue.h"
+#include "catalogue.h"
 
 inline constexpr int kTableNumbers = 254;  // 0 is no table
 inline constexpr int kLoadFlag = 4;

@@ -4,7 +4,7 @@
 #ifndef MAIN_LOG_H
 #define MAIN_LOG_H
 
-#include "platform/device_debug.h"
+#include "device_debug.h"
 
 // Debug levels, and the modules of the debug service that this process logs under.
 enum LogLevel : int { kSevere = 1, kError = 2, kWarning = 3, kNotice = 4, kTrace = 5, kInfo = 6 };

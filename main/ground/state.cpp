@@ -1,4 +1,4 @@
-#include "main/state.h"
+#include "state.h"
 
 #include <algorithm>
 

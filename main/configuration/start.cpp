@@ -1,4 +1,4 @@
-#include "main/dbutil/start.h"
+#include "start.h"
 
 #include <errno.h>
 #include <sqlite3.h>
@@ -7,14 +7,14 @@
 #include <cstdio>
 #include <string>
 
-#include "main/dbshell/engine.h"
-#include "main/dbutil/all_tables.h"
-#include "main/dbutil/registry.h"
-#include "main/dbutil/store.h"
-#include "main/dbutil/versions.h"
-#include "main/log.h"
-#include "main/state.h"
-#include "uni_process/operation_log.h"
+#include "all_tables.h"
+#include "engine.h"
+#include "log.h"
+#include "operation_log.h"
+#include "registry.h"
+#include "state.h"
+#include "store.h"
+#include "versions.h"
 
 namespace {
 

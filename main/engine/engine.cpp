@@ -1,4 +1,4 @@
-#include "main/dbshell/engine.h"
+#include "engine.h"
 
 #include <sqlite3.h>
 
@@ -7,11 +7,11 @@
 #include <limits>
 #include <vector>
 
-#include "main/dbshell/catalogue.h"
-#include "main/dbutil/store.h"
-#include "main/log.h"
-#include "main/state.h"
-#include "sec/sec_db_enc.h"
+#include "catalogue.h"
+#include "log.h"
+#include "sec_db_enc.h"
+#include "state.h"
+#include "store.h"
 
 namespace {
 
