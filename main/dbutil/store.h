@@ -1,4 +1,4 @@
-// The store: the one connection to the configuration database, and its files.
+// The store: the one connection to the configuration database, and the statements prepared on it.
 //
 //   set_db_handle(db_open(get_db_path()));
 //   db_execsql(get_db_handle(), "...");
@@ -7,15 +7,12 @@
 #ifndef DBUTIL_STORE_H
 #define DBUTIL_STORE_H
 
+#include <functional>
 #include <string>
 
 #include "device_db.h"
 
 struct sqlite3_stmt;
-
-inline constexpr int kCurrentMajor = 1180;
-// Packed: the major number above a minor byte of 0.
-inline constexpr int kCurrentVersion = kCurrentMajor << 8;
 
 // ------------------------------------------------------------------------------------- the handle
 
@@ -30,40 +27,45 @@ db_handle get_db_handle();
 // Installs a handle; null leaves the old one.  A handle that it replaces is disconnected.
 void set_db_handle(db_handle db);
 
-// Opens a database file for this system: one file and its rollback journal, every commit synced, no
-// waiting for locks. Tries twice, half a second apart; null on failure.
-db_handle db_open(const char* path);
+// Opens a database file for this system.  Tries twice, half a second apart; null on failure.
+[[nodiscard]] db_handle db_open(const char* path);
+
+// Gives a connection its settings and reads them back: one file and its rollback journal, every commit synced, no
+// waiting for locks.  0, also when that was done before, or SQLite's code: a locked file refuses them, and
+// SQLite's own settings lose acknowledged saves to a power cut.  db_open tries it, so does every begin.
+[[nodiscard]] int db_settle(db_handle db);
 
 // Disconnects and clears the variable; the process-wide handle too when it is the same.
 void db_close(db_handle* db);
 
 // db_close, then deletes the file with its journal.  The result is that of remove().
-int db_close_and_remove(db_handle db, const char* path);
+[[nodiscard]] int db_close_and_remove(db_handle db, const char* path);
 
 // Creates a database file with every table.  0, or -1.
-int db_create(const char* path);
+[[nodiscard]] int db_create(const char* path);
 
 // Runs the create list; every entry, also after a failure.  0 when all succeeded, -1 for a null handle.
-int creat_all_table(db_handle db);
+[[nodiscard]] int creat_all_table(db_handle db);
 
 // The count of "select count(*) ..."; 0, or -1 with the count untouched.
-int db_query_row_num(db_handle db, const char* sql, int* count);
+[[nodiscard]] int db_query_row_num(db_handle db, const char* sql, int* count);
 
 // ------------------------------------------------------------------------------------- prepared statements
 
-// Prepared statements live as long as the connection and are found by the address of what they were made
-// from. The one place where a statement of the catalogue is prepared.  Null on failure, which is logged.
-sqlite3_stmt* db_prepared(const void* made_from);
-sqlite3_stmt* db_prepare(const void* made_from, const std::string& sql);
+// What a prepared statement is found by: the constant that it was made from, and which of the statements made from
+// that one it is.
+struct StatementKey {
+    const void* made_from;
+    int which = 0;
+    bool operator==(const StatementKey&) const = default;
+};
+
+// The one place where the system's statements are prepared.  They live as long as the connection; `sql` tells the
+// text of one that is not there yet.  0, or SQLite's code, which is logged, with a null statement.
+[[nodiscard]] int db_prepare(StatementKey key, const std::function<std::string()>& sql,
+                             sqlite3_stmt** statement);
 
 // Logs SQLite's last error on the handle and returns its code.
-int db_report_error();
-
-// ------------------------------------------------------------------------------------- files
-
-int check_file_exist(const char* path);      // 0 when readable and writable; -1 with errno
-int check_file_not_empty(const char* path);  // 0 when it holds at least one byte; -1
-// 1 when both have the same size and the same sums of 16-bit words in every 1024-byte block; 0 otherwise.
-int check_file_equal(const char* path1, const char* path2);
+[[nodiscard]] int db_report_error();
 
 #endif

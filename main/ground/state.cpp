@@ -5,6 +5,7 @@
 int maxEnChanNo = 1;
 device_mutex g_db_mutexsem = PTHREAD_MUTEX_INITIALIZER;
 std::atomic<bool> closing_flag{false};
+std::atomic<bool> database_started{false};
 
 namespace {
 std::atomic<DEVICECONFIG*> shared_record{nullptr};

@@ -26,6 +26,10 @@ extern device_mutex g_db_mutexsem;
 // restarts.
 extern std::atomic<bool> closing_flag;
 
+// Set when start-up has done with the database, whatever came of it.  Before that the record is not loaded and the
+// database is nobody's.
+extern std::atomic<bool> database_started;
+
 class DatabaseLock {
   public:
     DatabaseLock() { pthreadMutexLock(&g_db_mutexsem, -1); }

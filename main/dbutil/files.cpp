@@ -1,0 +1,108 @@
+#include "files.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include "log.h"
+#include "unique_fd.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "main/dbutil.c";
+
+using Block = std::array<unsigned char, 1024>;
+
+unique_fd open_to_read(const char* path) {
+    return unique_fd(open(path, O_RDONLY | O_CLOEXEC));
+}
+
+off_t size_of(const unique_fd& file) {
+    return lseek(file.get(), 0, SEEK_END);
+}
+
+// The bytes read at the offset: fewer than a block at the file's end; negative on failure.
+ssize_t read_block(const unique_fd& file, Block& block, off_t offset) {
+    ssize_t n = 0;
+    do
+        n = pread(file.get(), block.data(), block.size(), offset);
+    while (n < 0 && errno == EINTR);
+    return n;
+}
+
+uint32_t block_sum(const Block& block, std::size_t length) {
+    uint32_t sum = 0;
+    for (std::size_t i = 0; i + 1 < length; i += 2)
+        sum += static_cast<uint32_t>(block[i] | block[i + 1] << 8);
+    if (length % 2 != 0)
+        sum += block[length - 1];
+    return sum;
+}
+
+bool sync_path(const std::string& path) {
+    const unique_fd file = open_to_read(path.c_str());
+    return file && fsync(file.get()) == 0;
+}
+
+}  // namespace
+
+int check_file_exist(const char* path) {
+    return path != nullptr && access(path, R_OK | W_OK) == 0 ? 0 : -1;
+}
+
+int check_file_not_empty(const char* path) {
+    if (path == nullptr)
+        return -1;
+    const unique_fd file = open_to_read(path);
+    return file && size_of(file) >= 1 ? 0 : -1;
+}
+
+int check_file_equal(const char* path1, const char* path2) {
+    if (path1 == nullptr || path2 == nullptr) {
+        DB_LOG(kError, "pointer is NULL\n");
+        return 0;
+    }
+    const unique_fd file1 = open_to_read(path1);
+    if (!file1) {
+        DB_LOG(kError, "can not open file %s\n", path1);
+        return 0;
+    }
+    const unique_fd file2 = open_to_read(path2);
+    if (!file2) {
+        DB_LOG(kError, "can not open file %s\n", path2);
+        return 0;
+    }
+    const off_t size = size_of(file1);
+    if (size < 0 || size != size_of(file2))
+        return 0;
+    Block block1;
+    Block block2;
+    for (off_t compared = 0; compared < size;) {
+        const ssize_t n = read_block(file1, block1, compared);
+        if (n <= 0 || n != read_block(file2, block2, compared))
+            return 0;  // also a file that shrinks meanwhile
+        const auto length = static_cast<std::size_t>(n);
+        if (block_sum(block1, length) != block_sum(block2, length))
+            return 0;
+        compared += n;
+    }
+    return 1;
+}
+
+bool remove_journal(const char* path) {
+    return std::remove((std::string(path) + "-journal").c_str()) == 0 || errno == ENOENT;
+}
+
+bool replace_file(const char* from, const char* to) {
+    const std::string folder = std::filesystem::path(to).parent_path();
+    if (sync_path(from) && remove_journal(to) && std::rename(from, to) == 0 && sync_path(folder))
+        return true;
+    DB_LOG(kError, "%s cannot take the place of %s, errno = %d\n", from, to, errno);
+    return false;
+}

@@ -1,0 +1,99 @@
+#include "transaction.h"
+
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include "log.h"
+#include "store.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "main/dbutil.c";
+
+bool spoilt = false;  // the transaction holds what should have been undone
+
+int begin(db_handle db, const char* sql) {
+    if (db != nullptr && sqlite3_get_autocommit(db) == 0)
+        db_rollback();
+    spoilt = false;
+    return db_execsql(db, sql);
+}
+
+int begin_to_store(const char* sql) {
+    db_handle db = get_db_handle();
+    const int rc = db_settle(db);
+    if (rc == 0)
+        return begin(db, sql);
+    if (db != nullptr)
+        DB_LOG_AS(kError, "db_begin", "without the settings of its journal nothing is stored: %s\n",
+                  sqlite3_errstr(rc));
+    return rc;
+}
+
+}  // namespace
+
+int db_begin() {
+    const int rc = begin_to_store("BEGIN;");
+    if (rc != 0)
+        DB_LOG(kError, "BEGIN err\n");
+    return rc;
+}
+
+int db_begin_to_load() {
+    const int rc = begin(get_db_handle(), "BEGIN;");
+    if (rc != 0)
+        DB_LOG_AS(kError, "db_begin", "BEGIN err\n");
+    return rc;
+}
+
+int db_begin_exclusive() {
+    const int rc = begin_to_store("BEGIN exclusive;");
+    if (rc != 0)
+        DB_LOG(kError, "BEGIN exclusive failed(%d)...\n", rc);
+    return rc;
+}
+
+int try_db_begin_exclusive() {
+    int rc = 0;
+    for (int attempt = 0; attempt < 6; ++attempt) {
+        rc = db_begin_exclusive();
+        if (rc == 0)
+            break;
+        sleep(1);
+    }
+    return rc;
+}
+
+void db_rollback() {
+    if (db_transaction_lost())
+        return;  // SQLite was there first
+    if (db_execsql(get_db_handle(), "ROLLBACK;") != 0)
+        DB_LOG(kError, "ROLLBACK err\n");
+}
+
+int db_commit() {
+    const int rc = spoilt ? SQLITE_ABORT : db_execsql(get_db_handle(), "COMMIT;");
+    if (rc == 0)
+        return 0;
+    DB_LOG(kError, "COMMIT err\n");
+    db_rollback();
+    return rc;
+}
+
+bool db_transaction_lost() {
+    return get_db_handle() == nullptr || sqlite3_get_autocommit(get_db_handle()) != 0;
+}
+
+Savepoint::Savepoint() : open_(db_execsql(get_db_handle(), "savepoint table_function;") == 0) {}
+
+Savepoint::~Savepoint() {
+    if (open_ && !db_transaction_lost() &&
+        db_execsql(get_db_handle(), "rollback to table_function; release table_function;") != 0)
+        spoilt = true;
+}
+
+bool Savepoint::keep() {
+    const bool kept = open_ && db_execsql(get_db_handle(), "release table_function;") == 0;
+    open_ = open_ && !kept;
+    return kept;
+}
