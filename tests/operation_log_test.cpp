@@ -2,6 +2,7 @@
 #include "operation_log.h"
 
 #include "core_fixture.h"
+#include "operation_log_format.h"
 
 namespace {
 
@@ -82,6 +83,20 @@ TEST_F(OperationLog, RecordsStartWithTheLocalTime) {
     std::filesystem::remove_all(path(""));
     EXPECT_THAT(logged([] { write_db_info_to_file("x", 1); }),
                 HasSubstr("fail to open " + path("db_op_info.log")));
+}
+
+TEST_F(OperationLog, FullDiskIsTold) {
+    std::filesystem::create_symlink("/dev/full", path("db_op_info.log"));
+    const auto log = logged([] { write_db_info_to_file("record\n", 7); });
+    for (const char* message :
+         {"write log_title error(-1-18)\n", "write info failed(-1---7)\n", "cannot be synced, errno = 22\n"})
+        EXPECT_THAT(log, HasSubstr(message));
+}
+
+TEST_F(OperationLog, LongRecordIsCutAndStaysALine) {
+    log_operation("%s\n", std::string(600, 'x').c_str());
+    log_operation("next\n");
+    EXPECT_THAT(operation_log(), HasSubstr("xx\n["));
 }
 
 TEST_F(OperationLog, PictureHeightsFollowTheVideoStandard) {

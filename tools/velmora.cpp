@@ -20,23 +20,12 @@
 
 #include "device_ipc.h"
 #include "device_paths.h"
+#include "main_application.h"
 #include "record_access.h"
 #include "request.h"
 #include "shared_objects.h"
 
 namespace {
-
-enum Command : int { kHasCapability = 0x1001E, kGetValue = 0x10026 };
-constexpr int kDeviceGroup = 4096;
-constexpr int kChannelCount = 526;
-
-struct CapabilityRequest {
-    int32_t group, id;
-};
-
-struct ValueRequest {
-    int32_t channel, group, id, reserved;
-};
 
 // What this device can do: {group, id} to an answer.  A capability that was told without a group counts in all.
 struct Answers {
@@ -70,11 +59,11 @@ int answer(void* buffer, int* reply_length, int command) {
     while (answers.silent)
         pause();
     int32_t reply = 0;
-    if (command == kHasCapability) {
-        const auto request = request_in<CapabilityRequest>(buffer);
+    if (command == kCapabilityTest) {
+        const auto request = request_in<CapabilityTestRequest>(buffer);
         reply = answers.capability(request.group, request.id);
-    } else if (command == kGetValue) {
-        const auto request = request_in<ValueRequest>(buffer);
+    } else if (command == kCapabilityValue) {
+        const auto request = request_in<CapabilityValueRequest>(buffer);
         reply = answers.value(request.group, request.id);
     } else {
         return 1;
@@ -167,7 +156,7 @@ void write_defaults(DEVICECONFIG& record, const std::string& source) {
     write_defaults(*record.get(), defaults);
     defaults_set.set(1);
     std::printf("velmora: the defaults are set (%s); %d channels\n", defaults.c_str(),
-                answers.value(kDeviceGroup, kChannelCount));
+                answers.value(kHardwareGroup, kVideoChannels));
     std::fflush(stdout);
     while (true)
         pause();
@@ -196,7 +185,7 @@ int run(int argc, char** argv) {
     app.add_flag("--silent", answers.silent, "answer no question, so that callers see their time-outs");
     try {
         app.parse(argc, argv);
-        answers.values[{kDeviceGroup, kChannelCount}] = channels;
+        answers.values[{kHardwareGroup, kVideoChannels}] = channels;
         for (const std::string& text : capabilities)
             take_capability(text);
         for (const std::string& text : values)

@@ -4,7 +4,10 @@
 #include <array>
 #include <cstdio>
 #include <cstring>
+#include <map>
+#include <optional>
 #include <string_view>
+#include <tuple>
 
 #include "build_info.h"
 #include "device_ipc.h"
@@ -15,16 +18,9 @@
 namespace {
 
 constexpr const char* kSourceFile = "uni_process/DB_uni_process.c";
-constexpr int kCapabilityGroup = 8192;
 constexpr int kReplySize = 128;
 
 static_assert(std::string_view(BUILD_INFO).size() == kBuildInfoLength);
-
-int32_t first_word(const std::array<char, kReplySize>& reply) {
-    int32_t word = 0;
-    std::memcpy(&word, reply.data(), sizeof word);
-    return word;
-}
 
 // A channel number may lie outside the record: only channel 1 has a block.
 const SensorBlock* sensor_of(int channel) {
@@ -34,11 +30,103 @@ const SensorBlock* sensor_of(int channel) {
     return record != nullptr ? &record->sensor[0] : nullptr;
 }
 
-// The IPC result of the latest capability test tells a time-out from an absent main application.
-int last_result = 0;
+// A reply's bytes, zero where the main application sends fewer.
+using ReplyBuffer = std::array<char, kReplySize>;
 
-// The operation that runs now, under g_db_mutexsem.
-const CapabilityQuery* current_query = nullptr;
+int32_t first_word(const ReplyBuffer& reply) {
+    int32_t word = 0;
+    std::memcpy(&word, reply.data(), sizeof word);
+    return word;
+}
+
+// Each asks one question.  The IPC library's result: 0 with the answer in *answer, or an ipc_error.
+
+int ask(int command, const void* data, int length, int flags, void* reply, int capacity, int timeout) {
+    constexpr const char* kFunction = "communicaite_to_velmora";
+    const int rc =
+        ipc_unix_call_service(kMainApplication, command, data, length, flags, reply, capacity, timeout);
+    if (rc != 0)
+        DB_LOG_AS(kError, kFunction, "%d:ipc_unix_call_service failed, ret = %d.\n", command, rc);
+    else if (reply != nullptr)
+        DB_LOG_AS(kInfo, kFunction, "communicaite_to_velmora %d : service_result %d\n", command,
+                  *static_cast<const unsigned char*>(reply));
+    else
+        DB_LOG_AS(kInfo, kFunction, "communicaite_to_velmora %d \n", command);
+    return rc;
+}
+
+int ask_capability(int group, int id, int32_t* answer) {
+    const CapabilityTestRequest data{group, id};
+    ReplyBuffer reply{};
+    const int rc =
+        ask(kCapabilityTest, &data, sizeof data, 0, reply.data(), kReplySize, kMainApplicationTimeout);
+    if (rc == 0)
+        *answer = first_word(reply);
+    return rc;
+}
+
+int ask_value(int channel, int group, int id, int32_t* answer) {
+    constexpr const char* kFunction = "get_devcapa_data";
+    const CapabilityValueRequest data{channel, group, id, 0};
+    ReplyBuffer reply{};
+    const int rc = ipc_unix_call_service(kMainApplication, kCapabilityValue, &data, sizeof data, 0,
+                                         reply.data(), kReplySize, kMainApplicationTimeout);
+    if (rc != 0) {
+        DB_LOG_AS(kError, kFunction, "%d:ipc_unix_call_service failed, ret = %d.\n", kCapabilityValue, rc);
+        return rc;
+    }
+    DB_LOG_AS(kError, kFunction, "communicaite_to_velmora %d : service_result %d\n", kCapabilityValue,
+              static_cast<unsigned char>(reply[0]));
+    *answer = first_word(reply);
+    return 0;
+}
+
+// Without a channel: a capability test takes none, and counts are the device's.
+struct Question {
+    int command, group, id;
+    bool operator<(const Question& other) const {
+        return std::tie(command, group, id) < std::tie(other.command, other.group, other.id);
+    }
+};
+
+struct Remembered {
+    std::optional<int32_t> answer;
+    uint64_t asked_by = 0;  // the number of the DeviceQueries that asked last
+};
+
+// What the process knows of the device.  Used under g_db_mutexsem.
+struct Device {
+    std::map<Question, Remembered> remembered;
+    int open_queries = 0;
+    uint64_t queries = 0;  // the number of the outermost DeviceQueries
+    bool timed_out = false;
+};
+Device device;
+
+std::optional<int32_t> answer_to(const Question& question) {
+    const DeviceQueries queries;
+    Remembered& known = device.remembered[question];
+    const bool is_test = question.command == kCapabilityTest;
+    // A test is repeated: the main application is asked for every channel.
+    if (device.timed_out || (!is_test && known.asked_by == device.queries))
+        return known.answer;
+    known.asked_by = device.queries;
+    int32_t answer = 0;
+    const int rc = is_test ? ask_capability(question.group, question.id, &answer)
+                           : ask_value(1, question.group, question.id, &answer);
+    if (rc == 0)
+        known.answer = answer;
+    device.timed_out = rc == ipc_timed_out;
+    return known.answer;
+}
+
+int get_count(int group, int id, int* count) {
+    const auto answer = answer_to({kCapabilityValue, group, id});
+    if (!answer)
+        return -1;
+    *count = *answer;
+    return 0;
+}
 
 }  // namespace
 
@@ -49,77 +137,48 @@ int communicaite_to_velmora(RequestDescriptor* request, int command, const void*
     *request = {command, data, length};
     reply->data = reply_data;
     reply->capacity = capacity;
-    last_result = ipc_unix_call_service(kMainApplication, command, data, length, reply->flags, reply_data,
-                                        capacity, timeout);
-    if (last_result != 0) {
-        DB_LOG(kError, "%d:ipc_unix_call_service failed, ret = %d.\n", command, last_result);
-        return -1;
-    }
-    if (reply_data != nullptr)
-        DB_LOG(kInfo, "communicaite_to_velmora %d : service_result %d\n", command,
-               static_cast<const unsigned char*>(reply_data)[0]);
-    else
-        DB_LOG(kInfo, "communicaite_to_velmora %d \n", command);
-    return 0;
+    return ask(command, data, length, reply->flags, reply_data, capacity, timeout) == 0 ? 0 : -1;
 }
 
 int has_capability(int /*channel*/, int group, int id) {
-    // The main application's test takes no channel.
-    const int32_t data[2] = {group, id};
-    RequestDescriptor request;
-    ReplyDescriptor reply;
-    std::array<char, kReplySize> answer{};
-    if (communicaite_to_velmora(&request, kCapabilityTest, data, sizeof data, &reply, answer.data(),
-                                kReplySize, kMainApplicationTimeout) != 0)
-        return -1;
-    return first_word(answer);
+    int32_t answer = 0;
+    return ask_capability(group, id, &answer) == 0 ? answer : -1;
 }
 
 int get_devcapa_data(int channel, int group, int id, int* result) {
-    const int32_t data[4] = {channel, group, id, 0};
-    std::array<char, kReplySize> answer{};
-    const int rc = ipc_unix_call_service(kMainApplication, kCapabilityValue, data, sizeof data, 0,
-                                         answer.data(), kReplySize, kMainApplicationTimeout);
-    if (rc != 0) {
-        DB_LOG(kError, "%d:ipc_unix_call_service failed, ret = %d.\n", kCapabilityValue, rc);
+    int32_t answer = 0;
+    if (ask_value(channel, group, id, &answer) != 0)
         return -1;
-    }
-    DB_LOG(kError, "communicaite_to_velmora %d : service_result %d\n", kCapabilityValue,
-           static_cast<unsigned char>(answer[0]));
     if (result != nullptr)
-        *result = first_word(answer);
+        *result = answer;
     return 0;
 }
 
-CapabilityQuery::CapabilityQuery() {
-    current_query = this;
+DeviceQueries::DeviceQueries() {
+    if (device.open_queries++ > 0)
+        return;
+    ++device.queries;
+    device.timed_out = false;
 }
 
-CapabilityQuery::~CapabilityQuery() {
-    current_query = nullptr;
+DeviceQueries::~DeviceQueries() {
+    --device.open_queries;
 }
 
-bool CapabilityQuery::has(int channel, int id) {
-    if (timed_out_)
-        return false;
-    const int answer = has_capability(channel, kCapabilityGroup, id);
-    if (answer == -1 && last_result != 0) {
-        unanswered_ = true;
-        timed_out_ = last_result == ipc_timed_out;
-    }
-    return answer == 1;
-}
-
-bool CapabilityQuery::unanswered() {
-    return current_query != nullptr && current_query->unanswered_;
+bool device_has(int /*channel*/, Capability capability) {
+    return answer_to({kCapabilityTest, kCapabilityGroup, static_cast<int>(capability)}) == 1;
 }
 
 int get_hardware_count(HardwareItem item, int* count) {
-    constexpr int kHardwareGroup = 4096;
-    if (!CapabilityQuery::unanswered())
-        return get_devcapa_data(1, kHardwareGroup, item, count);
-    *count = 0;
-    return 0;
+    return get_count(kHardwareGroup, item, count);
+}
+
+int get_event_source_count(int* count) {
+    return get_count(kRegistrationGroup, kEventSources, count);
+}
+
+void forget_device() {
+    device.remembered.clear();
 }
 
 uint8_t get_videostandard(int channel) {

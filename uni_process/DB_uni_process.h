@@ -1,13 +1,17 @@
 // The link to the main application: capability tests and values, and the video standard it keeps in the
 // record.
+//
+//   const DatabaseLock lock;
+//   const DeviceQueries queries;   // for the whole request
+//   if (device_has(1, Capability::judicial)) ...
+//   int inputs = 0;
+//   if (get_hardware_count(kAlarmInputs, &inputs) != 0) ...   // never answered: not known
 #ifndef UNI_PROCESS_DB_UNI_PROCESS_H
 #define UNI_PROCESS_DB_UNI_PROCESS_H
 
 #include <cstdint>
 
-inline constexpr int kCapabilityTest = 0x1001E;       // request {int32 group, int32 id}
-inline constexpr int kCapabilityValue = 0x10026;      // request {int32 channel, group, id, 0}
-inline constexpr int kMainApplicationTimeout = 5000;  // milliseconds
+#include "main_application.h"
 
 struct RequestDescriptor {
     int32_t command = 0;
@@ -21,47 +25,60 @@ struct ReplyDescriptor {
     int32_t capacity = 0;
 };
 
+// ------------------------------------------------------------------------------------- one question
+//
+// Asked now, whatever has been answered or timed out before.
+
 // One request to the main application.  0, or -1 when there was no answer within `timeout` milliseconds
 // or a descriptor is missing.
-int communicaite_to_velmora(RequestDescriptor* request, int command, const void* data, int length,
-                            ReplyDescriptor* reply, void* reply_data, int capacity, int timeout);
+[[nodiscard]] int communicaite_to_velmora(RequestDescriptor* request, int command, const void* data,
+                                          int length, ReplyDescriptor* reply, void* reply_data, int capacity,
+                                          int timeout);
 
 // 1: the capability is present; any other value: it is not.  -1: no answer.
-int has_capability(int channel, int group, int id);
+[[nodiscard]] int has_capability(int channel, int group, int id);
 
 // 0 with the value in *result; -1 with *result untouched.
-int get_devcapa_data(int channel, int group, int id, int* result);
+[[nodiscard]] int get_devcapa_data(int channel, int group, int id, int* result);
 
-// The capability tests of one operation on the whole configuration.  Once a test has timed out, the rest
-// count as absent without being asked.
-class CapabilityQuery {
+// ------------------------------------------------------------------------------------- what the device is
+//
+// What a device has does not change while it runs: every answer is remembered for the life of the process, the
+// latest of each question, and stands in when the main application does not answer.  Only for the thread
+// that holds g_db_mutexsem.
+
+// The questions of one request, or of start-up.  Among them a time-out is waited for once, after it nothing is
+// asked any more; and each count is asked once.  One inside another belongs to the outer; a question outside
+// of all has one to itself.
+class [[nodiscard]] DeviceQueries {
   public:
-    CapabilityQuery();
-    ~CapabilityQuery();
-    CapabilityQuery(const CapabilityQuery&) = delete;
-    CapabilityQuery& operator=(const CapabilityQuery&) = delete;
-
-    bool has(int channel, int id);
-
-    // True within an operation one of whose tests got no answer.
-    static bool unanswered();
-
-  private:
-    bool unanswered_ = false;
-    bool timed_out_ = false;
+    DeviceQueries();
+    ~DeviceQueries();
+    DeviceQueries(const DeviceQueries&) = delete;
+    DeviceQueries& operator=(const DeviceQueries&) = delete;
 };
 
-// How many alarm inputs or outputs the device has.  0 with the number in *count, -1 when there was no
-// answer.  Within an operation whose capability tests got no answer it has none, and is not asked again.
-enum HardwareItem : int { kAlarmInputs = 514, kAlarmOutputs = 515 };
-int get_hardware_count(HardwareItem item, int* count);
+// False also when it was never answered.
+[[nodiscard]] bool device_has(int channel, Capability capability);
+
+// How many alarm inputs, alarm outputs or video channels the device has.  0 with the number in *count; -1, with
+// *count untouched, when it was never answered.
+[[nodiscard]] int get_hardware_count(HardwareItem item, int* count);
+
+// The same of the event sources that the platform registration knows.
+[[nodiscard]] int get_event_source_count(int* count);
+
+// Forgets every answer, as a new process has none.
+void forget_device();
+
+// ------------------------------------------------------------------------------------- beside it
 
 // The video standard of a channel, counted from 1; only channel 1 exists, any other logs and gives
 // channel 1's.
-uint8_t get_videostandard(int channel);
+[[nodiscard]] uint8_t get_videostandard(int channel);
 
 // A picture height under the current video standard, from its low 16 bits.
-int convert_height_by_standard(int value);
+[[nodiscard]] int convert_height_by_standard(int value);
 
 // Converts the record's height under video standard 1 and returns it; under any other changes nothing and
 // returns the standard.

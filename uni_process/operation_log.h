@@ -1,18 +1,11 @@
 // The operation log, "/devinfo/db_op_info.log": what endangered or changed the stored configuration, to
-// be read after a reboot.
-//
-// File format: a header of 70 bytes, then records up to byte 2048; when one more would not fit, the
-// records go on from behind the last one written, or from byte 70.  The header text:
-//   ***DB_LOG_INFO***\n  LOG_TOTAL_LEN:0\n  LOG_LAST_WRITE_POS:<offset just behind the last record>\n\n
-// A record is "[YYYY-MM-DD hh:mm:ss] text\n" in local time.
+// be read after a reboot.  operation_log_format.h tells what is in it.
 #ifndef UNI_PROCESS_OPERATION_LOG_H
 #define UNI_PROCESS_OPERATION_LOG_H
 
-inline constexpr int kLogFileSize = 2048;
-inline constexpr int kLogHeaderSize = 70;
 inline constexpr int kLogTimeSize = 32;
 
-// "[YYYY-MM-DD hh:mm:ss]" of the local time.
+// "[YYYY-MM-DD hh:mm:ss]" of the local time, as much of it as fits.
 void format_log_time(char* buffer, int size);
 
 // Appends one record, or overwrites the oldest when the file is full; synced.  Failures are logged, never

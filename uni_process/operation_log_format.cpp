@@ -1,0 +1,46 @@
+#include "operation_log_format.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+
+namespace {
+
+constexpr std::string_view kPositionName = "LOG_LAST_WRITE_POS";  // a colon and digits follow
+constexpr std::size_t kPositionDigits = 4;
+constexpr std::string_view kTimeForm = "[0000-00-00 00:00:00]";  // a digit for each 0
+
+}  // namespace
+
+std::array<std::string, 3> log_header_lines(int total_length, int position) {
+    return {"***DB_LOG_INFO***\n", "LOG_TOTAL_LEN:" + std::to_string(total_length) + "\n",
+            std::string(kPositionName) + ":" + std::to_string(position) + "\n\n"};
+}
+
+std::optional<int> log_position(std::string_view header) {
+    header = header.substr(0, header.find('\0'));
+    const auto found = header.find(kPositionName);
+    if (found == std::string_view::npos)
+        return {};
+    header.remove_prefix(std::min(found + kPositionName.size() + 1, header.size()));
+    const std::string digits(header.substr(0, kPositionDigits));
+    return std::max(kLogHeaderSize, static_cast<int>(std::strtol(digits.c_str(), nullptr, 10)));
+}
+
+std::string log_time() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    localtime_r(&now, &local);
+    char text[64];
+    const std::size_t length = std::strftime(text, sizeof text, "[%Y-%m-%d %H:%M:%S]", &local);
+    return {text, length};
+}
+
+std::optional<LogRecord> log_record(std::string_view line) {
+    const auto fits = [](char form, char c) { return form == '0' ? c >= '0' && c <= '9' : c == form; };
+    if (line.size() < kTimeForm.size() || !std::equal(kTimeForm.begin(), kTimeForm.end(), line.begin(), fits))
+        return {};
+    std::string_view text = line.substr(kTimeForm.size());
+    text.remove_prefix(text.starts_with(' ') ? 1 : 0);
+    return LogRecord{line.substr(1, kTimeForm.size() - 2), text};
+}
