@@ -18,6 +18,7 @@
 #include "request.h"
 #include "start.h"
 #include "state.h"
+#include "well_known.h"
 
 namespace {
 
@@ -32,7 +33,7 @@ union SemaphoreArgument {
 
 int ask_channel_count() {
     int channels = 0;
-    if (get_devcapa_data(1, 4096, 526, &channels) != 0) {
+    if (get_hardware_count(kVideoChannels, &channels) != 0) {
         DB_LOG_AS(kError, "main", "get capa chan_num failed...\n");
         channels = 1;
     }
@@ -127,18 +128,23 @@ int main() {
         return 0;
     }
     std::puts("wait velmora set default...");
-    semaphore_wait(defaults_set);
+    if (semaphore_wait(defaults_set) != 1) {
+        DB_LOG(kError, "the defaults cannot be waited for...\n");
+        return 0;
+    }
 
-    const int channels = ask_channel_count();
-    std::printf("going to init database:%d\n", channels);
     {
         const DatabaseLock lock;  // requests may be waiting already
-        maxEnChanNo = channels;
-        init_database();
+        const DeviceQueries queries;
+        maxEnChanNo = ask_channel_count();
+        std::printf("going to init database:%d\n", maxEnChanNo);
+        if (init_database() != 0)
+            DB_LOG(kError, "the record is not what is stored...\n");
     }
     DB_LOG(kInfo, "After init_database...\n");
     std::puts("goint to set_semvalue 1...");
-    set_semvalue(loaded);
+    if (set_semvalue(loaded) != 1)
+        DB_LOG(kError, "nobody learns that the record is loaded...\n");
 
     std::puts("\ndatabase going to sleep----------");
     for (;;) {

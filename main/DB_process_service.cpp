@@ -1,8 +1,11 @@
 #include "DB_process_service.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <optional>
+#include <span>
+#include <vector>
 
 #include "DB_uni_process.h"
 #include "all_tables.h"
@@ -17,8 +20,12 @@
 #include "store.h"
 #include "transaction.h"
 #include "versions.h"
+#include "well_known.h"
+#include "work.h"
 
 namespace {
+
+using namespace dbshell;
 
 constexpr const char* kSourceFile = "main/DB_process_service.c";
 constexpr int kNoTable = 255;  // what a request without a buffer asks for
@@ -72,30 +79,34 @@ bool arguments_valid(const RequestKind& kind, const ServiceRequest& r) {
     return channel_valid;
 }
 
+bool begin(Work& work, bool exclusive, TableSpan stores, const char* function) {
+    if (!exclusive)
+        return work.begin(stores);
+    if (work.begin_exclusive(stores))
+        return true;
+    if (work.is_locked_out())
+        DB_LOG_AS(kError, function, "try_db_begin_exclusive failed\n");
+    return false;
+}
+
 int run_functions(Run run, std::initializer_list<const char*> functions, int index) {
     if (!are_available(functions)) {
         DB_LOG_AS(kError, "db_service_task", "a table of this request kind is not supported\n");
         return -1;
     }
-    if (run == Run::exclusive) {
-        if (try_db_begin_exclusive() != 0) {
-            DB_LOG_AS(kError, "db_service_task", "try_db_begin_exclusive failed\n");
-            return -1;
-        }
-    } else if (!db_begin_unless_closed()) {
+    std::vector<const Table*> stores;
+    for (const std::string_view name : functions)
+        stores.push_back(find_function(name).table);
+    Work work;
+    if (!begin(work, run == Run::exclusive, stores, "db_service_task"))
         return -1;
-    }
     int failures = 0;
     for (const std::string_view name : functions) {
         failures += call_table_function(name, index).value_or(-1) != 0;
         if (failures != 0 && (run == Run::until_failure || db_transaction_lost()))
             break;
     }
-    if (failures != 0) {
-        db_rollback();
-        return -1;
-    }
-    return db_commit() == 0 ? 0 : -1;
+    return failures == 0 && work.commit() ? 0 : -1;
 }
 
 int save_dome_block(const ServiceRequest& request) {
@@ -141,23 +152,16 @@ int get_one_table(int table) {
         return refuse_table(__func__, table);
     int result = -1;
     if (entry->get != nullptr) {
-        if (!db_begin_unless_closed())
+        Work work;
+        if (!work.begin_to_load())
             return -1;
-        result = entry->get(tables_fun, kLoadFlag, table);
-        db_commit();
+        result = work.load(*entry);
+        if (!work.commit() && result == 0)
+            result = -1;
     } else if (table == 0) {
         result = db_get_version(get_db_handle());
         std::printf("\ndb version = %d\n", result);
     }
-    return result;
-}
-
-// Stores one table of a kind that commits even after a failure: a failed table keeps the rows that it had.
-int set_in_savepoint(const TableEntry& entry) {
-    Savepoint savepoint;
-    const int result = entry.set(tables_fun, kSaveFlag, entry.table_id);
-    if (result == 0)
-        savepoint.keep();
     return result;
 }
 
@@ -171,38 +175,45 @@ int update_one_table(int table) {
         std::printf("EN_UPDATE_ONE_TABLE_RECORD, tables_fun[%d].set is null\n", table);
         return -1;
     }
-    if (!db_begin_unless_closed())
+    const Table* stores = table_by_number(table);
+    Work work;
+    if (!work.begin({&stores, 1}))
         return -1;
-    const int result = set_in_savepoint(*entry);
-    return db_commit() == 0 || result != 0 ? result : -1;
+    const int result = work.store_apart(*entry);
+    return work.commit() || result != 0 ? result : -1;
 }
 
 int update_table_list(const int32_t (&tables)[kTableListSize]) {
-    if (!db_begin_unless_closed())
+    const std::span list(std::begin(tables), std::find(std::begin(tables), std::end(tables), kTableListEnd));
+    std::vector<const Table*> stores;
+    for (const int table : list)
+        if (const Table* t = table_by_number(table))
+            stores.push_back(t);
+    Work work;
+    if (!work.begin(stores))
         return -1;
     int result = 0;
-    for (const int table : tables) {
-        if (table == kTableListEnd)
-            break;
+    for (const int table : list) {
         const TableEntry* entry = registry_entry(table);
         if (entry == nullptr) {
             result |= refuse_table(__func__, table);
         } else if (entry->set == nullptr) {
             std::printf("EN_UPDATE_ONE_TABLE_RECORD, tables_fun[%d].set is null\n", table);
         } else {
-            result |= set_in_savepoint(*entry);
+            result |= work.store_apart(*entry);
             if (db_transaction_lost())
                 break;
         }
     }
-    return db_commit() == 0 || result != 0 ? result : -1;
+    return work.commit() || result != 0 ? result : -1;
 }
 
-template <class Work>
-int committed(Work work) {
-    if (db_begin() != 0)
+// Between a begin and a commit, whatever the function's result.
+template <class Begin, class Function>
+int committed(Begin begin, Function function) {
+    if (begin() != 0)
         return -1;
-    const int result = work();
+    const int result = function();
     return db_commit() == 0 ? result : -1;
 }
 
@@ -237,25 +248,57 @@ struct Outcome {
     int handler_result = 1;
 };
 
+// True for the kinds that cannot be answered without the database.
+bool needs_database(int load_type) {
+    switch (load_type) {
+        case REDIRECTION_OUTPUT_OPEN:
+        case REDIRECTION_OUTPUT_CLOSE:
+        case BROADCAST_SET_DEBUG:
+        case EN_CLOSE_DATABASE:
+        case EN_GET_ONE_COLUMN_RECORD:
+        case EN_GET_BUILD_INFO:
+        case EN_CHECK_DEVCFG_THE_SAME:
+        case EN_GET_CURRENT_DB_VERSION:
+        case EN_UPDATE_ONE_COLUMN_RECORD:
+            return false;
+        default:
+            return find_request_kind(load_type) != nullptr;
+    }
+}
+
 // True for the kinds that put the record, or what belongs to it, into the database.
 bool stores(int load_type) {
     return load_type == EN_SET_DB_VERSION ||
            (load_type >= EN_UPDATE_ONE_TABLE_RECORD && load_type <= kLastReplyKind);
 }
 
-// A record that was not loaded must not replace what is stored.  Nor may the request that loads it at
-// last: what its sender wanted stored is gone.
-bool refuses_store(int load_type) {
+// Before start-up has done with the database nobody may open, make or ask it.  Later, a record that was not
+// loaded must not replace what is stored.  Nor may the request that loads it at last: what its sender wanted
+// stored is gone.
+bool is_refused(int load_type) {
+    if (!needs_database(load_type))
+        return false;
+    if (!database_started) {
+        DB_LOG_AS(kError, "db_service_task", "load_type(0x%x) before the database is started: refused\n",
+                  static_cast<unsigned>(load_type));
+        return true;
+    }
     if (!was_load_pending() || !stores(load_type))
         return false;
     DB_LOG_AS(kError, "db_service_task", "the database had not been loaded yet: nothing is stored\n");
     return true;
 }
 
+Outcome refusal(int load_type) {
+    if (load_type == EN_GET_ALL_RECORD)
+        return {};
+    return {-1};
+}
+
 Outcome run(int load_type, const Request& request) {
     const int table = request.table();
-    if (refuses_store(load_type))
-        return {-1};
+    if (is_refused(load_type))
+        return refusal(load_type);
     switch (load_type) {
         case REDIRECTION_OUTPUT_OPEN:
             redirect_output(request.buffer);
@@ -277,14 +320,14 @@ Outcome run(int load_type, const Request& request) {
             return {get_one_table(table)};
         case EN_GET_ALL_RECORD:
             std::puts("EN_GET_ALL_RECORD----");
-            get_alldata_from_db();
+            static_cast<void>(get_alldata_from_db());  // there is no reply; what failed is logged
             return {};
         case EN_GET_BUILD_INFO:
             print_build_info();
             return {.reply = {}, .handler_result = -1};
         case EN_SET_DB_VERSION:
             std::puts("EN_SET_DB_VERSION----");
-            return {committed([] { return db_update_version(kCurrentVersion, get_db_handle()); })};
+            return {committed(db_begin, [] { return db_update_version(kCurrentVersion, get_db_handle()); })};
         case EN_CHECK_DEVCFG_THE_SAME:
             std::puts("EN_CHECK_DEVCFG_THE_SAME----");
             return {request.fields.channel_no == static_cast<int32_t>(sizeof(DEVICECONFIG)) ? 0 : -1};
@@ -293,7 +336,7 @@ Outcome run(int load_type, const Request& request) {
             return {kCurrentVersion};
         case EN_GET_OLD_DB_VERSION:
             std::puts("EN_GET_OLD_DB_VERSION----");
-            return {committed([] { return db_get_old_version(get_db_handle()); })};
+            return {committed(db_begin_to_load, [] { return db_get_old_version(get_db_handle()); })};
         case EN_UPDATE_ONE_COLUMN_RECORD:
             std::printf("EN_UPDATE_ONE_COLUMN_RECORD, --%d\n", table);
             return {-1};
@@ -324,15 +367,12 @@ int save_single_table_info(int table) {
     const TableEntry& entry = tables_fun[table];
     if (entry.set == nullptr)
         return -1;
-    if (try_db_begin_exclusive() != 0) {
-        DB_LOG(kError, "try_db_begin_exclusive failed\n");
-        return -1;
-    }
-    if (entry.set(tables_fun, kSaveFlag, table) != 0) {
-        db_rollback();
-        return -1;
-    }
-    return db_commit() == 0 ? 0 : -1;
+    const Table* stores = table_by_number(table);
+    Work work;
+    return begin(work, true, {&stores, 1}, __func__) && entry.set(tables_fun, kSaveFlag, table) == 0 &&
+                   work.commit()
+               ? 0
+               : -1;
 }
 
 int db_service_task(void* buffer, int* reply_length, int load_type) {
@@ -343,6 +383,7 @@ int db_service_task(void* buffer, int* reply_length, int load_type) {
     std::printf("channel_no = %d, sensor_no = %d, smd_type = %d, scene_no = %d\n", r.channel_no, r.sensor_no,
                 r.smd_type, r.scene_no);
     const DatabaseLock lock;
+    const DeviceQueries queries;
     const Outcome outcome = run(load_type, request);
     if (!outcome.reply || buffer == nullptr || reply_length == nullptr)
         return outcome.handler_result;

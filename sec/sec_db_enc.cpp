@@ -39,8 +39,6 @@ struct Scheme {
 constexpr uint32_t kDefaultLargestIndex = 1;
 constexpr Scheme kSchemes[] = {{kSchemeNetworkAddress, 1}, {kSchemeDefault, kDefaultLargestIndex}, {1, 1}};
 
-bool version_pending = false;
-
 uint32_t largest_index(uint32_t scheme) {
     for (const Scheme& s : kSchemes)
         if (s.id == scheme)
@@ -68,10 +66,9 @@ std::string network_address() {
 
 using Key = std::array<unsigned char, kBlock>;
 
-Key current_key() {
+Key key_of(uint32_t version) {
     Key key{};
-    get_mac_num(get_db_enc_version(), key.data());  // an index out of range leaves the zero key
-    return key;
+    return get_mac_num(version, key.data()) == 0 ? key : Key{};  // an index out of range: zeros
 }
 
 // Encrypts or decrypts whole blocks in place.
@@ -140,9 +137,47 @@ void set_db_enc_version(uint32_t version) {
         record->sec_lock_auth.db_enc_version = version;
 }
 
+VersionInUse::VersionInUse(uint32_t version) : version_(version) {
+    current_ = this;
+}
+
+VersionInUse::~VersionInUse() {
+    current_ = nullptr;
+}
+
+uint32_t VersionInUse::get() {
+    return current_ != nullptr ? current_->version_ : get_db_enc_version();
+}
+
+uint32_t VersionInUse::create() {
+    std::minstd_rand random(static_cast<unsigned>(std::time(nullptr)));
+    const uint32_t version = kSchemeDefault << 8 | static_cast<uint32_t>(random() % kDefaultLargestIndex);
+    set_db_enc_version(version);
+    if (current_ != nullptr) {
+        current_->version_ = version;
+        current_->created_ = true;
+    }
+    return version;
+}
+
+void VersionInUse::note_use() {
+    if (current_ != nullptr)
+        current_->used_ = true;
+}
+
+void VersionInUse::undo_creation() {
+    if (!created_)
+        return;
+    if (get_db_enc_version() == version_)
+        set_db_enc_version(0);
+    version_ = 0;
+    created_ = false;
+}
+
 void compute_md5(const void* data, std::size_t length, unsigned char* digest) {
-    if (data != nullptr && digest != nullptr)
-        EVP_Digest(data, length, digest, nullptr, EVP_md5(), nullptr);
+    if (data != nullptr && digest != nullptr &&
+        EVP_Digest(data, length, digest, nullptr, EVP_md5(), nullptr) != 1)
+        ENC_LOG(kError, "compute_md5: the digest failed\n");
 }
 
 int get_mac_num(uint32_t version, unsigned char* key) {
@@ -155,6 +190,10 @@ int get_mac_num(uint32_t version, unsigned char* key) {
         material = network_address().append(reinterpret_cast<const char*>(kSeed) + index, kBlock);
     compute_md5(material.data(), strnlen(material.data(), material.size()), key);
     return 0;
+}
+
+bool is_stored_form(std::string_view text) {
+    return !parse_stored(text).empty();
 }
 
 void db_encrypt(const char* clear, char* output, int length, int capacity) {
@@ -170,14 +209,13 @@ void db_encrypt(const char* clear, char* output, int length, int capacity) {
                 kMaxClearText);
         return;
     }
-    if (get_db_enc_version() == 0) {
-        std::minstd_rand random(static_cast<unsigned>(std::time(nullptr)));
-        set_db_enc_version(kSchemeDefault << 8 | static_cast<uint32_t>(random() % kDefaultLargestIndex));
-        version_pending = true;
-    }
+    uint32_t version = VersionInUse::get();
+    if (version == 0)
+        version = VersionInUse::create();
+    VersionInUse::note_use();
     std::vector<unsigned char> data((used / kBlock + 1) * kBlock);
     std::memcpy(data.data(), clear, used);
-    if (!run_cipher(data, current_key(), true)) {
+    if (!run_cipher(data, key_of(version), true)) {
         ENC_LOG(kError, "db_encrypt: the cipher failed\n");
         return;
     }
@@ -208,7 +246,8 @@ void db_decrypt(const char* stored, char* output, int length, int capacity) {
                 kMaxStoredText);
         return;
     }
-    if (get_db_enc_version() == 0) {
+    const uint32_t version = VersionInUse::get();
+    if (version == 0) {
         std::memcpy(output, text.data(), std::min(room, text.size()));
         output[room - 1] = '\0';
         ENC_LOG(kError, "version == 0, source :%s\n", "***");
@@ -218,7 +257,7 @@ void db_decrypt(const char* stored, char* output, int length, int capacity) {
     std::string_view clear = text;
     if (!data.empty()) {
         data.resize(data.size() / kBlock * kBlock);
-        if (!run_cipher(data, current_key(), false)) {
+        if (!run_cipher(data, key_of(version), false)) {
             ENC_LOG(kError, "db_decrypt: the cipher failed\n");
             return;
         }
@@ -228,18 +267,4 @@ void db_decrypt(const char* stored, char* output, int length, int capacity) {
     if (clear.size() > room)
         ENC_LOG(kInfo, "db_decrypt: len too short\n");
     std::memcpy(output, clear.data(), std::min(clear.size(), room));
-}
-
-bool db_enc_version_pending() {
-    return version_pending;
-}
-
-void db_enc_version_settled() {
-    version_pending = false;
-}
-
-void db_enc_version_undo() {
-    if (version_pending)
-        set_db_enc_version(0);
-    version_pending = false;
 }

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 // The version word: the key scheme in bits 31 to 8, an index into the seed in bits 7 to 0.  0: nothing is
 // encrypted.
@@ -19,8 +20,46 @@ inline constexpr uint32_t kSchemeDefault = 0x10001;
 inline constexpr int kMaxClearText = 255;   // longer ones are refused
 inline constexpr int kMaxStoredText = 511;  // longer ones are refused
 
+// The record's word.
 uint32_t get_db_enc_version();
 void set_db_enc_version(uint32_t version);
+
+// The version word that a unit of work encrypts and decrypts under, from its begin to its end, whatever
+// another process writes into the record meanwhile.  Without one the functions below ask the record each time.
+//
+//   const VersionInUse in_use(get_db_enc_version());
+//
+// One at a time, under g_db_mutexsem.
+class VersionInUse {
+  public:
+    explicit VersionInUse(uint32_t version);
+    ~VersionInUse();
+    VersionInUse(const VersionInUse&) = delete;
+    VersionInUse& operator=(const VersionInUse&) = delete;
+
+    static uint32_t get();
+    // What db_encrypt makes of 0; the record takes it, too.
+    static uint32_t create();
+
+    uint32_t version() const { return version_; }
+    bool created() const { return created_; }
+    // A text has been encrypted under it.
+    bool used() const { return used_; }
+    static void note_use();
+    // The texts that a created word was for are gone: it is 0 again, in the record too.
+    void undo_creation();
+
+  private:
+    static inline VersionInUse* current_ = nullptr;
+    uint32_t version_;
+    bool created_ = false, used_ = false;
+};
+
+// The word of the scheme under which this system encrypts unless it is told another.
+inline constexpr uint32_t kDefaultVersion = kSchemeDefault << 8;
+
+// The text has the form in which encrypted ones are stored.
+[[nodiscard]] bool is_stored_form(std::string_view text);
 
 // Writes the stored form of `length` bytes of clear text to `output`, at most capacity - 1 bytes and no
 // terminator: callers pass zeroed buffers.  A version word of 0 becomes the default scheme.  An empty or
@@ -34,14 +73,9 @@ void db_decrypt(const char* stored, char* output, int length, int capacity);
 
 // The 16-byte key of a version word.  0; -1 with the key untouched when the seed index is out of the
 // scheme's range.
-int get_mac_num(uint32_t version, unsigned char* key);
+[[nodiscard]] int get_mac_num(uint32_t version, unsigned char* key);
 
 // The MD5 digest of `length` bytes, 16 bytes.  Does nothing when data or digest is null.
 void compute_md5(const void* data, std::size_t length, unsigned char* digest);
-
-// A version word that db_encrypt has created but that no commit has stored yet.
-bool db_enc_version_pending();
-void db_enc_version_settled();  // the commit stored it
-void db_enc_version_undo();     // the texts that need it were rolled back: the word is 0 again
 
 #endif

@@ -150,7 +150,7 @@ TEST_F(Service, FailedTableOfAListKeepsItsRowsAndTheOthersAreStored) {
     const auto changed = [&] { return difference(before, contents()); };
     randomise(2);
     const Failing failing("ipaddr_list", "new.idx = 9");
-    constexpr Reply kWriteRefused{0, 4, kWriteFailed};
+    constexpr Reply kWriteRefused{0, 4, static_cast<int>(Cause::write)};
     EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({35})), kWriteRefused);
     EXPECT_EQ(changed(), "");
     EXPECT_EQ(call(EN_UPDATE_TABLE_LIST, for_tables({3, 35, 5, -1, 6})), kWriteRefused);
@@ -163,6 +163,41 @@ TEST_F(Service, FailedTableOfAListKeepsItsRowsAndTheOthersAreStored) {
     EXPECT_EQ(std::count(all_ten.begin(), all_ten.end(), ' '), 12);
     EXPECT_EQ(call(EN_UPDATE_TABLE_LIST, for_tables({-1, 7, 7, 7, 7, 7, 7, 7, 7, 7})), kStored);
     EXPECT_EQ(changed(), all_ten);
+}
+
+// What begins, keeps and undoes may fail itself: no request says that it did what was lost, nothing half done is
+// kept, and the next request works.
+TEST_F(Service, FailingTransactionStatements) {
+    randomise(1);
+    save_all();
+    int volume = 0;
+    using Denied = std::pair<int, std::string>;
+    const auto deny = [](void* denied, int action, const char* operation, const char*, const char*,
+                         const char*) {
+        const auto* d = static_cast<const Denied*>(denied);
+        return action == d->first && operation == d->second ? SQLITE_DENY : SQLITE_OK;
+    };
+    for (const auto& [denied, kind] : {std::pair{Denied{SQLITE_SAVEPOINT, "BEGIN"}, EN_UPDATE_TABLE_LIST},
+                                       {{SQLITE_SAVEPOINT, "RELEASE"}, EN_UPDATE_TABLE_LIST},
+                                       {{SQLITE_SAVEPOINT, "ROLLBACK"}, EN_UPDATE_TABLE_LIST},
+                                       {{SQLITE_TRANSACTION, "COMMIT"}, EN_UPDATE_ONE_TABLE_RECORD},
+                                       {{SQLITE_TRANSACTION, "COMMIT"}, EN_GET_ONE_TABLE_RECORD},
+                                       {{SQLITE_TRANSACTION, "ROLLBACK"}, EN_SAVE_NETWORK_PARAM}}) {
+        SCOPED_TRACE(denied.second + std::to_string(kind));
+        const Contents before = contents();
+        randomise(2);
+        {
+            const Failing failing("ipaddr_list", "new.idx = 9");
+            Denied copy = denied;
+            sqlite3_set_authorizer(get_db_handle(), deny, &copy);
+            EXPECT_LT(call(kind, for_tables({3, 35, -1})).value, 0);
+            sqlite3_set_authorizer(get_db_handle(), nullptr, nullptr);
+        }
+        r_.encoding.audio_param.speak_volume = ++volume;
+        EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({5})), kStored);
+        EXPECT_EQ(difference(before, contents()), "audio_param_info ");
+        EXPECT_TRUE(sqlite3_get_autocommit(get_db_handle()));
+    }
 }
 
 TEST_F(Service, FailedFullSaveStoresNothingAndIsRecorded) {
@@ -205,6 +240,37 @@ TEST_F(Service, LockedDatabase) {
     on_pause = [&] { pauses == 8 ? locked.reset() : void(); };
     EXPECT_EQ(call(EN_SAVE_WIFI_MODE_CONFIG), kStored);
     EXPECT_EQ(pauses, 8);
+}
+
+// Before start-up has the database, it is neither touched nor made.
+TEST_F(Service, RequestsBeforeTheStart) {
+    ServiceRequest same{};
+    same.channel_no = 887608;
+    close_database();
+    for (const bool there : {true, false}) {
+        database_started = false;
+        if (!there)
+            std::filesystem::remove(get_db_path());
+        const std::string before = content(get_db_path());
+        for (const RequestKind& kind : request_kinds())
+            if (kind.number == EN_SET_DB_VERSION || kind.number >= EN_GET_OLD_DB_VERSION) {
+                EXPECT_EQ(call(kind.number, for_tables({3, -1})), kRefused) << kind.name;
+            }
+        EXPECT_EQ(call(EN_GET_ONE_TABLE_RECORD, for_tables({3})), kRefused);
+        EXPECT_EQ(call(EN_GET_ONE_TABLE_RECORD, for_tables({0})), kRefused);
+        EXPECT_EQ(call(EN_GET_ALL_RECORD), none(1));
+        EXPECT_EQ(call(EN_GET_BUILD_INFO), none(-1));
+        EXPECT_EQ(call(BROADCAST_SET_DEBUG, for_tables({-1, 0})), none(1, -1));
+        EXPECT_EQ(call(EN_GET_CURRENT_DB_VERSION), (Reply{0, 4, 302080}));
+        EXPECT_EQ(call(EN_CHECK_DEVCFG_THE_SAME, same), kStored);
+        EXPECT_EQ(std::filesystem::exists(get_db_path()), there);
+        EXPECT_EQ(content(get_db_path()), before);
+        EXPECT_EQ(get_db_handle(), nullptr);
+    }
+    EXPECT_EQ(call(EN_CLOSE_DATABASE), kStored);  // and start-up keeps to it
+    EXPECT_EQ(init_database(), -1);
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
+    EXPECT_FALSE(std::filesystem::exists(get_db_path()));
 }
 
 TEST_F(Service, ClosedDatabaseStaysClosed) {

@@ -1,5 +1,6 @@
 // The store: files, schema, transactions, and what a start makes of each kind of database file.
 #include "core_fixture.h"
+#include "created_table.h"
 #include "schema.h"
 
 // In the place of the C library's: a test waits for nothing.
@@ -68,6 +69,26 @@ TEST_F(Store, FilesAreComparedBySizeAndBlockSums) {
     EXPECT_EQ(check_file_not_empty(none.c_str()), -1);
 }
 
+TEST_F(Store, FileTakesThePlaceOfAnotherWithoutItsJournal) {
+    const std::string one = path("one"), two = path("two");
+    for (const bool there : {true, false}) {
+        write_file(one, "new");
+        write_file(two + "-journal", "stale");
+        if (there)
+            write_file(two, "old");
+        EXPECT_TRUE(replace_file(one.c_str(), two.c_str()));
+        EXPECT_EQ(content(two), "new");
+        EXPECT_FALSE(std::filesystem::exists(one) || std::filesystem::exists(two + "-journal"));
+        std::filesystem::remove(two);
+    }
+    write_file(two, "old");
+    std::filesystem::create_directories(path("folder/full"));
+    for (const auto& [from, to] : {std::pair{one, two}, {two, path("none/two")}, {two, path("folder")}}) {
+        EXPECT_FALSE(replace_file(from.c_str(), to.c_str())) << from << to;
+        EXPECT_EQ(content(two), "old");
+    }
+}
+
 TEST_F(Store, CreatingTwiceKeepsWhatIsThere) {
     EXPECT_EQ(create_list().size(), 250u);
     EXPECT_EQ(tables_and_version(), "251|NULL");
@@ -87,34 +108,69 @@ TEST_F(Store, CreatingTwiceKeepsWhatIsThere) {
     EXPECT_EQ(pauses, 1);  // before the second attempt to open it
 }
 
-// The version word that the first encrypted text creates is stored with that text, or goes with it.
-TEST_F(Store, EncryptionVersionSharesTheFateOfItsTexts) {
-    constexpr uint32_t kDefault = 0x01000100;
-    const auto stored_version = [] { return query("select db_enc_version from sec_lock_auth_db_info"); };
-    const uint32_t& version = r_.sec_lock_auth.db_enc_version;
-    std::strcpy(r_.network.pppoe.username, "user");
-    for (const int kind : {EN_SAVE_PPPOE_PARAM, EN_UPDATE_TABLE_LIST, EN_UPDATE_ONE_TABLE_RECORD}) {
-        const Failing failing("pppoe_config_info", "new.username <> 'admin'");
-        EXPECT_EQ(call(kind, for_tables({48, -1})), kRefused);
-        EXPECT_EQ(version, 0u);
-        EXPECT_EQ(stored_version(), "");
+// What a save needs to survive a power cut is set before anything is stored, however late that is possible.
+// Against what SQLite makes of the list; it has capitals of its own for "integer".
+TEST_F(Store, CreatedTablesAreReadFromTheList) {
+    const std::string made = query("select name from sqlite_master where type = 'table' order by rowid");
+    std::string read;
+    for (const CreatedTable& table : created_tables()) {
+        const std::string name(table.name);
+        read += (read.empty() ? "" : ";") + name;
+        EXPECT_EQ(created_table(name), &table);
+        std::string columns;
+        for (const CreatedColumn& column : table.columns) {
+            columns +=
+                (columns.empty() ? "" : ";") + std::string(column.name) + "|" + std::string(column.type);
+            EXPECT_EQ(table.column(column.name), &column);
+        }
+        EXPECT_EQ(columns, query("select name, lower(type) from pragma_table_info('" + name + "')"));
+        // Alone, the statement makes this table and no other.
+        db_handle memory = db_connect(0, ":memory:", 0, 0);
+        int count = 0;
+        EXPECT_EQ(db_execsql(memory, (std::string(table.statement) + "select * from " + name).c_str()), 0);
+        EXPECT_EQ(
+            db_query_row_num(memory, "select count(*) from sqlite_master where type = 'table';", &count), 0);
+        EXPECT_EQ(count, 1) << name;
+        db_disconnect(memory);
     }
-    {
-        const Failing failing("sec_lock_auth_db_info");
-        EXPECT_EQ(call(EN_SAVE_PPPOE_PARAM), kRefused);
-        EXPECT_EQ(version, 0u);
-        EXPECT_EQ(query("select username from pppoe_config_info"), "");
-    }
-    {
-        const Failing failing("chn_info");
-        EXPECT_EQ(call(EN_UPDATE_TABLE_LIST, for_tables({48, 3, -1})), kRefused);
-        EXPECT_EQ(version, kDefault);
-        EXPECT_EQ(stored_version(), std::to_string(kDefault));
-    }
-    std::strcpy(r_.network.pppoe.username, "other");
-    const Failing failing("pppoe_config_info");
-    EXPECT_EQ(call(EN_SAVE_PPPOE_PARAM), kRefused);
-    EXPECT_EQ(version, kDefault);  // the texts in the database need it
+    EXPECT_EQ(read, made);
+    EXPECT_EQ(created_table("CHN_info"), created_table("chn_info"));
+    for (const char* part : {"", "chn", "chn_inf", "chn_info2", "primary"})
+        EXPECT_EQ(created_table(part), nullptr) << part;
+    for (const char* part : {"", "osd", "sd_size", "primary", "chn_info"})
+        EXPECT_EQ(created_table("chn_info")->column(part), nullptr) << part;
+}
+
+TEST_F(Store, NothingIsStoredOnAConnectionWithoutItsSettings) {
+    const auto settings = [] { return query("pragma journal_mode") + query("pragma synchronous"); };
+    const auto save = [this] {
+        r_.channel[0].name[0] ^= 1;
+        return call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3}));
+    };
+    EXPECT_EQ(save(), kStored);
+    close_database();
+    auto locked = std::make_unique<Locked>();
+    set_db_handle(db_open(get_db_path()));
+    EXPECT_THAT(logged([&] { EXPECT_EQ(save(), kRefused); }),
+                HasSubstr("nothing is stored: database is locked"));
+    locked.reset();
+    EXPECT_EQ(save(), kStored);
+    EXPECT_EQ(settings(), "truncate2");
+
+    // Another process keeps the file in a mode of its own: what is stored can be loaded.
+    close_database();
+    db_handle other = db_connect(0, get_db_path(), 0, 0);
+    EXPECT_EQ(db_execsql(other, "pragma journal_mode = wal; select * from chn_info;"), 0);
+    set_db_handle(db_open(get_db_path()));
+    const Contents before = contents();
+    EXPECT_EQ(save(), kRefused);
+    EXPECT_EQ(call(EN_SAVE_WIFI_MODE_CONFIG), kRefused);
+    EXPECT_EQ(call(EN_SET_DB_VERSION), kRefused);
+    EXPECT_EQ(difference(before, contents()), "");
+    EXPECT_EQ(call(EN_GET_ONE_TABLE_RECORD, for_tables({3})), kStored);
+    db_disconnect(other);
+    EXPECT_EQ(save(), kStored);
+    EXPECT_EQ(settings(), "truncate2");
 }
 
 // ------------------------------------------------------------------------------------- start
@@ -173,6 +229,20 @@ TEST_F(Store, StartSetsADamagedDatabaseAside) {
     }
 }
 
+TEST_F(Store, DamagedDatabaseThatCannotBeSetAsideStaysAndIsTriedAgain) {
+    std::filesystem::create_directories(path("ipc_db.damaged/full"));
+    close_database();
+    write_file(get_db_path(), "no database");
+    EXPECT_EQ(init_database(), -1);
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
+    EXPECT_EQ(content(get_db_path()), "no database");
+    std::filesystem::remove_all(path("ipc_db.damaged"));
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);  // it is loaded meanwhile
+    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
+    EXPECT_EQ(content(path("ipc_db.damaged")), "no database");
+    EXPECT_EQ(tables_and_version(), kComplete);
+}
+
 TEST_F(Store, StartLosesNothingOfALockedDatabase) {
     stored("gate");
     std::strcpy(r_.channel[0].name, "default");
@@ -214,7 +284,8 @@ TEST_F(Store, MissingDatabaseIsMadeAgainByTheNextFullSave) {
 
     // Where no file can be made nothing is said to be stored, neither a change nor an unchanged record.
     std::filesystem::remove_all(path(""));
-    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
+    EXPECT_THAT(logged([] { EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused); }),
+                HasSubstr("creat_database:sqldb = NULL\n"));
     r_.device.dev_info.dev_type ^= 1;
     EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
     device_prepare_root();
@@ -246,6 +317,17 @@ TEST_F(Store, TablesThatTheDeviceLacksArePassedOver) {
                 refusals += line.ends_with("device do not support intell monitor");
             EXPECT_EQ(refusals, present == 0 ? 12 : 0);
         }
+}
+
+TEST_F(Store, StatementThatCannotBePreparedGivesSqlitesOwnCode) {
+    close_database();
+    const Locked locked;
+    set_db_handle(db_open(get_db_path()));
+    const auto failure = [](const char* function) {
+        return logged([&] { EXPECT_NE(call_table_function(function, 0), 0); });
+    };
+    EXPECT_THAT(failure("db_get_exception"), HasSubstr(": 5\n"));
+    EXPECT_THAT(failure("db_set_sec_user_info"), HasSubstr("db_query_row_num error rc 5:\n"));
 }
 
 TEST_F(Store, FailingLoadGoesOnAndTellsTheLastFailure) {

@@ -2,10 +2,12 @@
 
 #include <errno.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
 
 #include "DB_uni_process.h"
+#include "files.h"
 #include "log.h"
 #include "operation_log.h"
 #include "registry.h"
@@ -14,6 +16,8 @@
 #include "store.h"
 #include "transaction.h"
 #include "versions.h"
+#include "well_known.h"
+#include "work.h"
 
 namespace {
 
@@ -21,8 +25,8 @@ constexpr const char* kSourceFile = "main/dbutil.c";
 
 enum Direction : unsigned { kLoad = 1, kStore = 2 };
 
-struct CapabilityId {
-    int id;
+struct GateCapability {
+    Capability id;
     unsigned directions = kLoad | kStore;
 };
 
@@ -35,18 +39,27 @@ struct TableRange {
 // present on one of the channels.
 struct Gate {
     bool any_channel;  // channels 1 to maxEnChanNo; otherwise channel 1 only
-    std::initializer_list<CapabilityId> capabilities;
+    std::initializer_list<GateCapability> capabilities;
     std::initializer_list<TableRange> tables;
     const char* message;  // per table passed over; null: none
 };
 
 constexpr Gate kGates[] = {
-    {true, {{319}, {320}, {321}}, {{109, 111}, {112, 112, kStore}, {113, 117}, {119, 119}}, nullptr},
-    {false, {{331}, {333}, {454}, {584, kLoad}}, {{134, 143}}, nullptr},
-    {false, {{652}}, {{162, 166}}, nullptr},
-    {true, {{653}}, {{235, 245}}, "device do not support judicial\n"},
-    {true, {{609}}, {{233, 233}}, "device do not support color filter\n"},
-    {true, {{584}}, {{205, 216}}, "device do not support intell monitor\n"},
+    {true,
+     {{Capability::analytics_319}, {Capability::analytics_320}, {Capability::analytics_321}},
+     {{109, 111}, {112, 112, kStore}, {113, 117}, {119, 119}},
+     nullptr},
+    {false,
+     {{Capability::traffic_331},
+      {Capability::traffic_333},
+      {Capability::traffic_454},
+      {Capability::intelligent_monitor, kLoad}},
+     {{134, 143}},
+     nullptr},
+    {false, {{Capability::platform_registration}}, {{162, 166}}, nullptr},
+    {true, {{Capability::judicial}}, {{235, 245}}, "device do not support judicial\n"},
+    {true, {{Capability::colour_filter}}, {{233, 233}}, "device do not support color filter\n"},
+    {true, {{Capability::intelligent_monitor}}, {{205, 216}}, "device do not support intell monitor\n"},
 };
 
 class Capabilities {
@@ -54,10 +67,9 @@ class Capabilities {
     explicit Capabilities(Direction direction) : direction_(direction) {
         // Two capabilities are asked per channel without any bearing on the tables; the main application
         // may count on it.
-        for (int channel = 1; channel <= channel_count(); ++channel) {
-            query_.has(channel, 312);
-            query_.has(channel, 316);
-        }
+        for (int channel = 0; channel < maxEnChanNo; ++channel)
+            for (const Capability unused : {Capability::unused_312, Capability::unused_316})
+                static_cast<void>(device_has(channel + 1, unused));
         for (std::size_t i = 0; i < std::size(kGates); ++i)
             open_[i] = present(kGates[i]);
     }
@@ -76,14 +88,14 @@ class Capabilities {
 
   private:
     Direction direction_;
-    CapabilityQuery query_;
+    DeviceQueries queries_;  // one, also where no request is served
     bool open_[std::size(kGates)];
 
     bool present(const Gate& gate) {
-        const int channels = gate.any_channel ? channel_count() : 1;
-        for (int channel = 1; channel <= channels; ++channel)
-            for (const CapabilityId& c : gate.capabilities)
-                if ((c.directions & direction_) != 0 && query_.has(channel, c.id))
+        const int channels = gate.any_channel ? maxEnChanNo : 1;
+        for (int channel = 0; channel < channels; ++channel)
+            for (const GateCapability& c : gate.capabilities)
+                if ((c.directions & direction_) != 0 && device_has(channel + 1, c.id))
                     return true;
         return false;
     }
@@ -102,6 +114,11 @@ void visit_tables(const Capabilities& capabilities, const char* function, Visit 
     }
 }
 
+void report_failed_store(int table) {
+    DB_LOG_AS(kError, "set_alldata_to_db", "tables_fun[%d].set() failed, going to rollback\n", table);
+    log_operation("tables_fun[%d].set failed.Need rollback\n", table);
+}
+
 // What set_alldata_to_db does inside its transaction.  0, or -1 at the first failure.
 int store_all_tables(const Capabilities& capabilities) {
     int failed = 0;
@@ -112,8 +129,7 @@ int store_all_tables(const Capabilities& capabilities) {
     });
     if (failed == 0)
         return 0;
-    DB_LOG_AS(kError, "set_alldata_to_db", "tables_fun[%d].set() failed, going to rollback\n", failed);
-    log_operation("tables_fun[%d].set failed.Need rollback\n", failed);
+    report_failed_store(failed);
     return -1;
 }
 
@@ -132,11 +148,22 @@ int drop_all_tables(db_handle db) {
     return rc;
 }
 
+// A database that could not be filled gets its tables at least, so that they can be stored one by one.
+void make_empty_tables(db_handle db) {
+    if (db_begin() != 0)
+        return;
+    if (creat_all_table(db) != 0)
+        db_rollback();
+    else if (db_commit() != 0)
+        DB_LOG_AS(kError, "rebuild_from_record", "the database stays without tables\n");
+}
+
 }  // namespace
 
 int get_alldata_from_db() {
     const Capabilities capabilities(kLoad);
-    if (!db_begin_unless_closed())
+    Work work;
+    if (!work.begin_to_load())
         return -1;
     int result = 0;
     visit_tables(capabilities, __func__, [&](int t) {
@@ -144,46 +171,55 @@ int get_alldata_from_db() {
             DB_LOG_AS(kError, "get_alldata_from_db", "tables_fun[%d].get is null \n", t);
             return true;
         }
-        if (const int rc = tables_fun[t].get(tables_fun, kLoadFlag, t); rc != 0) {
+        if (const int rc = work.load(tables_fun[t]); rc != 0) {
             result = rc;
             DB_LOG_AS(kError, "get_alldata_from_db", "get_alldata_from_db failed,table:%d\n", t);
         }
         return true;
     });
-    db_commit();
-    return result;
+    return work.commit() || result != 0 ? result : -1;
 }
 
 int set_alldata_to_db() {
     if (makesure_database_exist() != 0 && get_db_handle() != nullptr)
         return -1;
     const Capabilities capabilities(kStore);
-    if (!db_begin_unless_closed())
-        return -1;
-    if (store_all_tables(capabilities) != 0) {
-        db_rollback();
+    Work work;
+    if (!work.begin(dbshell::all_tables())) {
+        if (work.failed_table() != 0)
+            report_failed_store(work.failed_table());
         return -1;
     }
-    return db_commit() == 0 ? 0 : -1;
+    return store_all_tables(capabilities) == 0 && work.commit() ? 0 : -1;
+}
+
+bool is_passed_over(int table) {
+    const auto guards = [table](const Gate& gate) {
+        return std::any_of(gate.tables.begin(), gate.tables.end(),
+                           [table](const TableRange& r) { return table >= r.first && table <= r.last; });
+    };
+    return std::any_of(std::begin(kGates), std::end(kGates), guards) &&
+           Capabilities(kStore).closed_for(table) != nullptr;
 }
 
 int rebuild_from_record() {
     const Capabilities capabilities(kStore);
     db_handle db = get_db_handle();
     int tables_before = -1;
-    if (db == nullptr || db_begin() != 0)
+    if (db == nullptr)
         return -1;
-    if (db_query_row_num(db, "select count(*) from sqlite_master;", &tables_before) == 0 &&
-        drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables(capabilities) == 0 &&
-        db_update_version(kCurrentVersion, db) == 0)
-        return db_commit() == 0 ? 0 : -1;
-    DB_LOG(kError, "set_alldata_to_db error\n");
-    db_rollback();
-    // An empty database gets its tables at least, so that they can be stored one by one.
-    if (tables_before == 0 && db_begin() == 0) {
-        creat_all_table(db);
-        db_commit();
+    {
+        Work work;
+        if (!work.begin_anew())
+            return -1;
+        if (db_query_row_num(db, "select count(*) from sqlite_master;", &tables_before) == 0 &&
+            drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables(capabilities) == 0 &&
+            db_update_version(kCurrentVersion, db) == 0)
+            return work.commit() ? 0 : -1;
     }
+    DB_LOG(kError, "set_alldata_to_db error\n");
+    if (tables_before == 0)
+        make_empty_tables(db);
     return -1;
 }
 
@@ -198,8 +234,10 @@ int makesure_database_exist() {
         return -1;
     // The file is gone: a handle that is still open leads to its deleted self, and what is stored there is lost.
     db_handle db = db_open(get_db_path());
-    if (db == nullptr)
+    if (db == nullptr) {
+        DB_LOG_AS(kError, "db_create", "creat_database:sqldb = NULL\n");
         return -1;
+    }
     set_db_handle(db);
     return rebuild_from_record();
 }

@@ -5,17 +5,20 @@
 #define DBUTIL_ALL_TABLES_H
 
 // The load goes on after a failure.  0, or the result of the last get that failed.
-int get_alldata_from_db();
+[[nodiscard]] int get_alldata_from_db();
 
 // The first failure rolls all back.  0 or -1.
-int set_alldata_to_db();
+[[nodiscard]] int set_alldata_to_db();
 
 // All tables made anew, filled from the record and stamped with the current version, in one transaction:
 // a power cut leaves the old database or the new one.  0 or -1.
-int rebuild_from_record();
+[[nodiscard]] int rebuild_from_record();
 
 // Makes the main database if its file is missing, fills it from the record and stamps the current version.
 // 0 when it exists afterwards.
-int makesure_database_exist();
+[[nodiscard]] int makesure_database_exist();
+
+// True when the device lacks what a table is for, so that a store of everything passes it over.
+[[nodiscard]] bool is_passed_over(int table);
 
 #endif

@@ -1,5 +1,6 @@
 #include "registry.h"
 
+#include "catalogue.h"
 #include "engine.h"
 
 TableEntry tables_fun[kTableNumbers];
@@ -7,11 +8,11 @@ TableEntry tables_fun[kTableNumbers];
 namespace {
 
 int get_table(const TableEntry*, int, int table) {
-    return load_table(*table_by_number(table));
+    return dbshell::load_table(*dbshell::table_by_number(table));
 }
 
 int set_table(const TableEntry*, int, int table) {
-    return save_table(*table_by_number(table));
+    return dbshell::save_table(*dbshell::table_by_number(table));
 }
 
 }  // namespace
@@ -19,9 +20,9 @@ int set_table(const TableEntry*, int, int table) {
 void init_tables_fun() {
     tables_fun[0] = {};
     for (int t = 1; t < kTableNumbers; ++t) {
-        const Table* table = table_by_number(t);
+        const dbshell::Table* table = dbshell::table_by_number(t);
         tables_fun[t] = {t, table != nullptr && !table->get.empty() ? get_table : nullptr,
-                         table != nullptr && !table->set.empty() ? set_table : nullptr};
+                         table != nullptr && table->has_registry_set() ? set_table : nullptr};
     }
 }
 

@@ -2,8 +2,6 @@
 #ifndef DBUTIL_REGISTRY_H
 #define DBUTIL_REGISTRY_H
 
-#include "catalogue.h"
-
 inline constexpr int kTableNumbers = 254;  // 0 is no table
 inline constexpr int kLoadFlag = 4;
 inline constexpr int kSaveFlag = 8;

@@ -4,16 +4,19 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <string>
 
 #include "all_tables.h"
+#include "catalogue.h"
 #include "engine.h"
+#include "files.h"
 #include "log.h"
 #include "operation_log.h"
 #include "registry.h"
+#include "sec_db_enc.h"
 #include "state.h"
 #include "store.h"
+#include "transaction.h"
 #include "versions.h"
 
 namespace {
@@ -46,14 +49,25 @@ Condition condition_of(db_handle db, int attempts) {
     return rc == SQLITE_NOTADB || rc == SQLITE_CORRUPT ? Condition::damaged : Condition::unreadable;
 }
 
-// Its rows may still be worth something to someone.
-void keep_aside() {
+// Its rows may still be worth something to someone.  False: it is still in its place.
+bool keep_aside() {
     db_handle db = get_db_handle();
     db_close(&db);
-    std::rename(get_db_path(), (std::string(get_db_path()) + ".damaged").c_str());
-    std::remove((std::string(get_db_path()) + "-journal").c_str());
-    log_operation("Main Db is broken\n");
+    const bool moved = replace_file(get_db_path(), (std::string(get_db_path()) + ".damaged").c_str()) &&
+                       remove_journal(get_db_path());
+    if (moved)
+        log_operation("Main Db is broken\n");
     set_db_handle(db_open(get_db_path()));
+    return moved;
+}
+
+int store_old_version(int version) {
+    if (const int rc = db_begin(); rc != 0)
+        return rc;
+    if (db_update_old_version(version, get_db_handle()) == 0)
+        return db_commit();
+    db_rollback();
+    return -1;
 }
 
 // Loads the record from the open database, or makes the database from the record where it has no version.
@@ -61,36 +75,49 @@ int load_database(int attempts) {
     int version = db_get_version(get_db_handle());
     if (version < 0) {
         const Condition condition = condition_of(get_db_handle(), attempts);
-        load_pending = condition == Condition::unreadable;
+        load_pending =
+            condition == Condition::unreadable || (condition == Condition::damaged && !keep_aside());
         if (load_pending)
             return -1;
-        if (condition == Condition::damaged)
-            keep_aside();
         version = db_get_version(get_db_handle());  // a lock may have gone meanwhile
     }
     load_pending = false;
     DB_LOG_AS(kError, "init_database", "db version = %d\n", version);
-    load_table(*table_by_number(kEncryptionVersionTable));
+    if (dbshell::load_table(dbshell::encryption_word_table()) != 0)
+        DB_LOG_AS(kError, "init_database", "the encryption version cannot be loaded\n");
     if (version <= 0) {
         DB_LOG_AS(kInfo, "db_getdata_byversion", "try to read param from cfg file to db\n");
         log_operation("Db version is %d,Read from cfg\n", version);
-        get_alldata_from_db();
+        const uint32_t default_version = get_db_enc_version();
+        static_cast<void>(get_alldata_from_db());  // what is not there keeps its default,
+        set_db_enc_version(default_version);       // so does the word that a database without one has
         return rebuild_from_record();
     }
-    db_update_old_version(version, get_db_handle());
+    if (store_old_version(version) != 0)
+        DB_LOG_AS(kError, "db_getdata_byversion", "old_version is not stored\n");
     DB_LOG_AS(kInfo, "db_getdata_byversion", "Direct read from the database\n");
     return get_alldata_from_db();
+}
+
+int open_and_load() {
+    init_tables_fun();
+    if (closing_flag) {
+        DB_LOG_AS(kInfo, "init_database", "the database was closed before it was opened\n");
+        return -1;
+    }
+    set_db_handle(db_open(get_db_path()));
+    if (get_db_handle() != nullptr)
+        return load_database(kLockAttempts);
+    DB_LOG_AS(kError, "init_database", "the database %s cannot be opened\n", get_db_path());
+    return -1;
 }
 
 }  // namespace
 
 int init_database() {
-    init_tables_fun();
-    set_db_handle(db_open(get_db_path()));
-    if (get_db_handle() != nullptr)
-        return load_database(kLockAttempts);
-    DB_LOG(kError, "the database %s cannot be opened\n", get_db_path());
-    return -1;
+    const int result = open_and_load();
+    database_started = true;
+    return result;
 }
 
 bool was_load_pending() {

@@ -4,11 +4,12 @@
 
 // Fills the registry, opens the main database and loads the record from it.  A database without a version
 // is made anew from the record; one that is damaged is kept aside first.  One that cannot be read
-// (locked, no permission) is left as it is, and stays to be loaded.  0 when the record is loaded.
-int init_database();
+// (locked, no permission) is left as it is, and stays to be loaded.  After a close request no database is opened or
+// made.  0 when the record is loaded.  Sets database_started in any case.
+[[nodiscard]] int init_database();
 
 // True when the database could not be read since start-up, so that the record does not hold what is
 // stored.  Tries to load it now; the next call tells whether that went well.
-bool was_load_pending();
+[[nodiscard]] bool was_load_pending();
 
 #endif

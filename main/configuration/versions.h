@@ -8,12 +8,12 @@ inline constexpr int kVersionUnreadable = -1;  // the query failed
 inline constexpr int kVersionMissing = -2;     // no row, or no value in it
 
 // The packed version, or one of the two codes above.
-int db_get_version(db_handle db);
+[[nodiscard]] int db_get_version(db_handle db);
 // The version that the database had when this process started.
-int db_get_old_version(db_handle db);
+[[nodiscard]] int db_get_old_version(db_handle db);
 
 // 0 or -1.
-int db_update_version(int version, db_handle db);
-int db_update_old_version(int version, db_handle db);
+[[nodiscard]] int db_update_version(int version, db_handle db);
+[[nodiscard]] int db_update_old_version(int version, db_handle db);
 
 #endif
