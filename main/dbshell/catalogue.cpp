@@ -1,42 +1,80 @@
 #include "catalogue.h"
 
 #include <algorithm>
+#include <map>
+#include <string>
 #include <vector>
+
+namespace dbshell {
 
 namespace {
 
 struct FunctionName {
-    std::string_view name;
+    std::string name;
     NamedFunction function;
 };
+
+// The home of a table's schedule.
+ScheduleHome home_of(const Table& t, const Schedule& s) {
+    const SchedulePlaces places = places_of(t, s);
+    return {.process_type = s.process_type, .offset = places.first, .stride = places.stride};
+}
 
 struct Index {
     std::vector<const Table*> tables;
     std::vector<const Table*> by_number;
     std::vector<FunctionName> functions;  // sorted by name
+    std::vector<ScheduleHome> homes;
+    std::map<const Table*, const Table*> next_parts;
 
     Index() {
-        for (const auto domain : {kDeviceTables, kImageTables, kNetworkTables, kScheduleTables, kEventTables,
-                                  kStorageCardTables, kPtzTables, kAnalyticsTables, kPlatformTables})
-            for (const Table& t : domain)
-                add(t);
+        for (const Domain& domain :
+             {kDeviceTables, kImageTables, kNetworkTables, kScheduleTables, kEventTables, kPtzTables,
+              kDomeTables, kAnalyticsTables, kPlatformTables})
+            for (const std::span<const Table> group : domain)
+                for (const Table& t : group)
+                    add(t);
         std::sort(functions.begin(), functions.end(),
                   [](const FunctionName& a, const FunctionName& b) { return a.name < b.name; });
+        const auto others = other_schedule_homes();
+        homes.insert(homes.end(), others.begin(), others.end());
     }
 
     void add(const Table& t) {
         using Role = NamedFunction::Role;
+        const Table* before = tables.empty() ? nullptr : tables.back();
+        const bool is_part =
+            before != nullptr && !t.get.empty() && before->get == t.get && before->set == t.set;
+        if (is_part)
+            next_parts[before] = &t;
         tables.push_back(&t);
         const auto number = static_cast<std::size_t>(t.number);
         if (by_number.size() <= number)
             by_number.resize(number + 1);
         if (number != 0)
             by_number[number] = &t;
-        for (const auto& [name, role] :
-             {std::pair{t.get, Role::get}, {t.set, Role::set}, {t.single, Role::single}})
-            if (!name.empty())
+        for (const auto& [name, role] : {std::pair{std::string(t.get), Role::get},
+                                         {std::string(t.set), Role::set},
+                                         {single_name(t), Role::single}})
+            if (!name.empty() && !is_part)
                 functions.push_back({name, {&t, role}});
+        for (const Schedule& s : t.schedules)
+            homes.push_back(home_of(t, s));
     }
+};
+
+constexpr std::string_view kNoFunction = "created with the schema, and used by no get or set function";
+constexpr UnusedTable kUnusedTables[] = {
+    {"daytime_config_list", kNoFunction},
+    {"wpa_encrypt_info", kNoFunction},
+    {"cb_point_cfg", kNoFunction},
+    {"intelligent_qor_patrol_routecfg", kNoFunction},
+    {"intelligent_qor_scene_config", kNoFunction},
+    {"intelligent_ivs_key_param_list", kNoFunction},
+    {"intelligent_polygon_size_filter", kNoFunction},
+    {"intelligent_qor_rule_config", kNoFunction},
+    {"itc_dev_cfg", kNoFunction},
+    {"itc_io_out_cfg", kNoFunction},
 };
 
 const Index& index() {
@@ -45,6 +83,30 @@ const Index& index() {
 }
 
 }  // namespace
+
+std::string_view word_for(Strategy strategy) {
+    switch (strategy) {
+        case Strategy::replace:
+            return "replace";
+        case Strategy::update_only:
+            return "update-only";
+        case Strategy::ensure:
+            return "ensure";
+        case Strategy::top_up:
+            return "top-up";
+        case Strategy::fill_missing:
+            return "fill-missing";
+        case Strategy::packed:
+            return "packed";
+        case Strategy::read_only:
+            break;
+    }
+    return "read-only";
+}
+
+std::string single_name(const Table& table) {
+    return table.single == kDerived ? std::string(table.set).append(kDerived) : std::string(table.single);
+}
 
 std::span<const Table* const> all_tables() {
     return index().tables;
@@ -64,6 +126,23 @@ const Table* table_by_number(int number) {
                : nullptr;
 }
 
+const Table* next_part(const Table& table) {
+    const auto& parts = index().next_parts;
+    const auto found = parts.find(&table);
+    return found != parts.end() ? found->second : nullptr;
+}
+
+const Table& encryption_word_table() {
+    const auto tables = all_tables();
+    return **std::find_if(tables.begin(), tables.end(), [](const Table* t) { return t->encryption_word; });
+}
+
+bool has_encrypted_columns(const Table& table) {
+    return std::any_of(table.save.begin(), table.save.end(), [](const Statement& s) {
+        return std::any_of(s.fields.begin(), s.fields.end(), [](const Field& f) { return f.encrypted != 0; });
+    });
+}
+
 NamedFunction find_function(std::string_view name) {
     const auto& functions = index().functions;
     const auto found =
@@ -71,3 +150,13 @@ NamedFunction find_function(std::string_view name) {
                          [](const FunctionName& f, std::string_view wanted) { return f.name < wanted; });
     return found != functions.end() && found->name == name ? found->function : NamedFunction{};
 }
+
+std::span<const ScheduleHome> schedule_homes() {
+    return index().homes;
+}
+
+std::span<const UnusedTable> unused_tables() {
+    return kUnusedTables;
+}
+
+}  // namespace dbshell

@@ -3,21 +3,25 @@
 #ifndef DBSHELL_CATALOGUE_H
 #define DBSHELL_CATALOGUE_H
 
+#include "schedule_forms.h"
 #include "table.h"
 
-// One domain file of main/dbshell/catalogue/ each.
-extern const std::span<const Table> kDeviceTables;
-extern const std::span<const Table> kImageTables;
-extern const std::span<const Table> kNetworkTables;
-extern const std::span<const Table> kEventTables;
-extern const std::span<const Table> kPtzTables;
-extern const std::span<const Table> kAnalyticsTables;
-extern const std::span<const Table> kPlatformTables;
-extern const std::span<const Table> kScheduleTables;
-extern const std::span<const Table> kStorageCardTables;
+namespace dbshell {
 
-// The table that holds the encryption version word.
-inline constexpr int kEncryptionVersionTable = 187;
+// One domain file of main/dbshell/catalogue/ each: its groups of entries.
+using Domain = std::span<const std::span<const Table>>;
+extern const Domain kDeviceTables;
+extern const Domain kImageTables;
+extern const Domain kNetworkTables;
+extern const Domain kScheduleTables;
+extern const Domain kEventTables;
+extern const Domain kPtzTables;
+extern const Domain kDomeTables;
+extern const Domain kAnalyticsTables;
+extern const Domain kPlatformTables;
+
+// True when some of its columns are stored encrypted, under the word of encryption_word_table().
+bool has_encrypted_columns(const Table& table);
 
 // Every table, domain by domain.
 std::span<const Table* const> all_tables();
@@ -28,6 +32,13 @@ const Table* find_table(std::string_view name);
 // By number in the registry.  Null: no table has this number.
 const Table* table_by_number(int number);
 
+// The entry behind this one that has the same functions: they move the rows of both, one entry after another.  Null:
+// there is none.
+const Table* next_part(const Table& table);
+
+// The table that holds the version word of the field encryption.
+const Table& encryption_word_table();
+
 // What a function name of the catalogue does.
 struct NamedFunction {
     enum class Role : uint8_t { none, get, set, single };
@@ -37,5 +48,16 @@ struct NamedFunction {
 
 // By function name ("db_save_wdr_config_single").  Role::none: nothing in the catalogue has this name.
 NamedFunction find_function(std::string_view name);
+
+// Where the schedules of all features lie in the record.
+std::span<const ScheduleHome> schedule_homes();
+
+// A table of the create list that no function loads or stores, and why.
+struct UnusedTable {
+    std::string_view name, reason;
+};
+std::span<const UnusedTable> unused_tables();
+
+}  // namespace dbshell
 
 #endif

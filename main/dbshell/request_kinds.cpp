@@ -4,6 +4,8 @@
 
 #include "catalogue.h"
 
+namespace dbshell {
+
 namespace {
 
 #define SPECIAL(number, args) \
@@ -285,6 +287,10 @@ const RequestKind* find_request_kind(std::string_view name) {
     return found == std::end(kKinds) ? nullptr : &*found;
 }
 
+std::span<const DomeBlock> dome_blocks() {
+    return kDomeBlocks;
+}
+
 const DomeBlock* find_dome_block(std::string_view name) {
     const auto found = std::find_if(std::begin(kDomeBlocks), std::end(kDomeBlocks),
                                     [&](const DomeBlock& b) { return b.name == name; });
@@ -302,7 +308,7 @@ bool is_available(const RequestKind& kind) {
         return kind.number != EN_RESET_ALL_FACTORY_PARA && kind.number != EN_RESET_FACTORY_PARA_MODE2;
     if (kind.run == Run::single_table) {
         const Table* table = table_by_number(kind.table);
-        return table != nullptr && !table->set.empty();
+        return table != nullptr && table->has_registry_set();
     }
     if (kind.args == Args::name)
         return std::any_of(std::begin(kDomeBlocks), std::end(kDomeBlocks),
@@ -333,3 +339,5 @@ std::string_view args_text(Args args) {
     }
     return "";
 }
+
+}  // namespace dbshell

@@ -9,6 +9,8 @@
 
 #include "request.h"
 
+namespace dbshell {
+
 // The request fields that a kind hands on to its functions, in order.
 enum class Args : uint8_t { none, table, tables, channel, sensor, channel_scene, smd_channel, scene, name };
 
@@ -41,14 +43,18 @@ const RequestKind* find_request_kind(std::string_view name);
 bool is_available(const RequestKind& kind);
 bool are_available(std::initializer_list<const char*> functions);
 
-// What EN_SAVE_DOME_BLOCK stores for a name, which is told apart by case.  Null: no such block.
+// What EN_SAVE_DOME_BLOCK stores for a name, which is told apart by case.
 struct DomeBlock {
     std::string_view name;
     std::initializer_list<const char*> functions;
 };
+std::span<const DomeBlock> dome_blocks();
+// Null: no such block.
 const DomeBlock* find_dome_block(std::string_view name);
 
 // The words for an Args, as the command line shows them ("channel scene").
 std::string_view args_text(Args args);
+
+}  // namespace dbshell
 
 #endif

@@ -1,34 +1,38 @@
 // Reading an SQL statement text: its verb, its table, and one slot per column that it names.
 //
-// The text of a table's statements is the declaration of the table: the compiler reads it to check the
-// entry, and the engine reads it again at run time to bind, to compare and to load.  This is the one reader.
+// The text of a table's statements is the declaration of the table.  It is read once, by the compiler, which
+// checks the entry and leaves what it found (statement.h) for the engine.  This is the one reader.
 //
 //   constexpr SqlText t("update rtsp_config_table set enable_auth = %d where idx = %d;");
-//   t.table == "rtsp_config_table"; t.slot[0].column == "enable_auth"; t.slot[1].where == true
+//   t.table == "rtsp_config_table"; t.slot[0].column == "enable_auth"; t.slot[1].role == SlotRole::condition
 //
-// It understands the five forms that the catalogue uses and refuses any other with a sentence:
+// It understands the forms that the catalogue uses and refuses any other with a sentence:
 //   replace|insert into T (columns) values (values);      update T set c = v, ... [where c = v and ...];
-//   delete from T [where ...];   select count(*) from T [where ...];   select COLUMNS from T [where ...]
-// [order by ...];
+//   select count(*) from T [where ...];   select *|COLUMNS from T [where ...] [order by ...];
 #ifndef DBSHELL_SQL_TEXT_H
 #define DBSHELL_SQL_TEXT_H
 
 #include <cstddef>
 #include <string_view>
 
-enum class Verb : unsigned char { replace, insert, update, remove, count, select };
+namespace dbshell {
 
-// A printf conversion that stands for a value: %d %u %llu %s %q, bare or between single quotes.
+enum class Verb : unsigned char { replace, insert, update, count, select };
+
+// A printf conversion that stands for a value: %d %ld %u %llu %f %s %q, bare or between single quotes.
 struct Conversion {
-    char kind = 0;        // 'd', 'u', 'l' (%llu), 's' (%s and %q); 0: the value is a literal
+    char kind = 0;        // 'd', 'u', 'l' (%llu), 'f', 's' (%s and %q); 0: the value is a literal
     bool quoted = false;  // between single quotes: the value is text, whatever it is made from
 };
 
-struct Slot {
+// What a statement does with a column: it stores a value in it, asks for a value behind "where", or reads it.
+enum class SlotRole : unsigned char { stored, condition, selected };
+
+struct TextSlot {
     std::string_view column;
-    std::string_view value;  // as it stands in the text: a conversion, or a literal
+    std::string_view value;  // as it stands in the text: a conversion, or a literal; none for a selected one
     Conversion conversion;
-    bool where = false;  // names the row, rather than being stored in it
+    SlotRole role = SlotRole::stored;
 };
 
 struct SqlText {
@@ -38,7 +42,7 @@ struct SqlText {
     std::string_view text;
     std::string_view table;
     std::string_view where_clause;  // from "where" to before the final ';' or "order by"; empty: none
-    Slot slot[kMaxSlots];
+    TextSlot slot[kMaxSlots];
     std::size_t slots = 0;
 
     constexpr explicit SqlText(std::string_view sql) : text(sql), rest_(sql) {
@@ -48,12 +52,10 @@ struct SqlText {
             rows(Verb::insert);
         else if (word("update"))
             update();
-        else if (word("delete"))
-            from(Verb::remove);
         else if (word("select") || word("SELECT"))
             query();
         else
-            throw "the statement starts with none of replace, insert, update, delete, select";
+            throw "the statement starts with none of replace, insert, update, select";
         skip();
         if (rest_ != ";")
             throw "the statement does not end with its semicolon";
@@ -64,14 +66,6 @@ struct SqlText {
         for (std::size_t i = 0; i < slots; ++i)
             n += slot[i].conversion.kind != 0;
         return n;
-    }
-
-    // The slot that stores or compares a column, or null.
-    constexpr const Slot* find(std::string_view column) const {
-        for (std::size_t i = 0; i < slots; ++i)
-            if (slot[i].column == column)
-                return &slot[i];
-        return nullptr;
     }
 
   private:
@@ -137,25 +131,28 @@ struct SqlText {
         }
         if (!value.starts_with('%'))
             return {};
-        c.kind = value == "%d"                    ? 'd'
-                 : value == "%u"                  ? 'u'
-                 : value == "%llu"                ? 'l'
-                 : value == "%s" || value == "%q" ? 's'
-                                                  : throw "a conversion is none of %d, %u, %llu, %s, %q";
+        // A long is a word on the device.
+        c.kind = value == "%d" || value == "%ld" ? 'd'
+                 : value == "%u"                 ? 'u'
+                 : value == "%llu"               ? 'l'
+                 : value == "%f"                 ? 'f'
+                 : value == "%s" || value == "%q"
+                     ? 's'
+                     : throw "a conversion is none of %d, %ld, %u, %llu, %f, %s, %q";
         if (c.kind == 's' && !c.quoted)
             throw "a %s or %q stands without quotes";
         return c;
     }
-    constexpr Slot& add(std::string_view column) {
+    constexpr TextSlot& add(std::string_view column) {
         if (slots == kMaxSlots)
             throw "the statement has more columns than SqlText::kMaxSlots";
         slot[slots].column = column;
         return slot[slots++];
     }
-    static constexpr void set(Slot& s, std::string_view v, bool where) {
+    static constexpr void set(TextSlot& s, std::string_view v, SlotRole role) {
         s.value = v;
         s.conversion = conversion(v);
-        s.where = where;
+        s.role = role;
     }
 
     constexpr void rows(Verb v) {
@@ -173,7 +170,7 @@ struct SqlText {
         for (std::size_t i = 0; i < slots; ++i) {
             if (i > 0 && !sign(','))
                 throw "the statement has fewer values than columns";
-            set(slot[i], value(), false);
+            set(slot[i], value(), SlotRole::stored);
         }
         if (!sign(')'))
             throw "the statement has more values than columns";
@@ -184,15 +181,15 @@ struct SqlText {
         if (!word("set"))
             throw "\"set\" is missing";
         do
-            assignment(false);
+            assignment(SlotRole::stored);
         while (sign(','));
         where();
     }
-    constexpr void assignment(bool is_where) {
-        Slot& s = add(name());
-        if (!sign('=') && !(is_where && sign('<')))
+    constexpr void assignment(SlotRole role) {
+        TextSlot& s = add(name());
+        if (!sign('=') && !(role == SlotRole::condition && sign('<')))
             throw "\"=\" is missing";
-        set(s, value(), is_where);
+        set(s, value(), role);
     }
     constexpr void where() {
         skip();
@@ -200,7 +197,7 @@ struct SqlText {
         if (!word("where"))
             return;
         do
-            assignment(true);
+            assignment(SlotRole::condition);
         while (word("and"));
         where_clause = start.substr(0, start.size() - rest_.size());
     }
@@ -212,17 +209,22 @@ struct SqlText {
         where();
     }
     constexpr void query() {
-        const auto end = rest_.find(" from ");
-        if (end == std::string_view::npos)
-            throw "\"from\" is missing";
         skip();
-        const bool counts = rest_.starts_with("count(*)");
-        rest_.remove_prefix(rest_.find(" from "));
-        from(counts ? Verb::count : Verb::select);
+        if (rest_.starts_with("count(*)")) {
+            rest_.remove_prefix(std::string_view("count(*)").size());
+            return from(Verb::count);
+        }
+        if (!sign('*'))
+            do
+                add(name()).role = SlotRole::selected;
+            while (sign(','));
+        from(Verb::select);
         if (word("order"))
             while (!rest_.empty() && rest_[0] != ';')
                 rest_.remove_prefix(1);
     }
 };
+
+}  // namespace dbshell
 
 #endif

@@ -1,212 +1,400 @@
-// The vocabulary in which the catalogue tells a table.
+// What a table is: the description that the catalogue's entries (vocabulary.h) make and that everything else
+// walks.  Plain data with fixed addresses; nothing here holds an address of the record or of a database.
 //
-//   TABLE(per_sensor, sensor, .number = 27,
-//         .get = "db_get_gamma_config", .set = "db_save_gamma_config", .single =
-// "db_save_gamma_config_single",
-//         .save = SAVE("replace into gamma_config_table (idx, enable, level) values(%d, %d, %d);",
-//                      FIELDS(gamma.enable, gamma.level)))
-//
-// TABLE names the shape and the member of the record that holds the rows; inside it, the field macros take
-// paths from one row.  The save texts are the declaration: they name the columns for both directions.  A
-// shape brings its key column; TABLE_BY tells other ones.  docs/architecture.md walks through an entry.
+// A value lies at up to four levels: the owner (sensor or channel), and below it up to three levels of arrays.
+// The last level that a table uses is its rows; a block of rows may lie in a member of its own.
 #ifndef DBSHELL_TABLE_H
 #define DBSHELL_TABLE_H
 
-#include <utility>
+#include <array>
+#include <climits>
+#include <span>
+#include <string>
+#include <string_view>
 
-#include "device_config.h"
-#include "statement.h"
+#include "field.h"
+#include "sql_text.h"
 
-// What the outer index of a table counts.
-enum class Owner : uint8_t { none, sensor, channel };
+namespace dbshell {
+
+// ---------------------------------------------------------------------------------------- indexes and keys
+
+inline constexpr int kLevels = 4;
+
+// One row's indexes, counted from 0.
+struct Index {
+    std::array<int, kLevels> at{};
+
+    constexpr Index() = default;
+    constexpr Index(int outer, int inner = 0, int third = 0, int fourth = 0)
+        : at{outer, inner, third, fourth} {}
+    constexpr int operator[](int level) const { return at[static_cast<std::size_t>(level)]; }
+    constexpr int& operator[](int level) { return at[static_cast<std::size_t>(level)]; }
+    constexpr bool operator==(const Index&) const = default;
+};
+
+// How many there are of each level.
+struct Counts : Index {
+    using Index::Index;
+    int sources = INT_MAX;  // items of a list that has one for each event source
+};
+
+// A key column.  Its value is what it counts plus the bias: rows are counted from 1 in the database.
+struct KeyColumn {
+    std::string_view name;
+    uint8_t levels =
+        0;  // one bit a level; several: numbered through, as the digits of one number; none: constant
+    bool within = false;   // counts from the first row of the statement's block
+    bool selects = false;  // constant: a row with another value is not loaded
+    int32_t bias = 1;      // constant: the value itself
+
+    constexpr bool counts(int level) const { return (levels >> level & 1) != 0; }
+    constexpr bool single() const { return levels != 0 && (levels & (levels - 1)) == 0; }
+    constexpr bool constant() const { return levels == 0; }
+};
+
+consteval KeyColumn outer(std::string_view name, int32_t bias = 1) {
+    return {name, 1, false, false, bias};
+}
+consteval KeyColumn inner(std::string_view name, int32_t bias = 1) {
+    return {name, 2, false, false, bias};
+}
+consteval KeyColumn third(std::string_view name, int32_t bias = 1) {
+    return {name, 4, false, false, bias};
+}
+consteval KeyColumn fourth(std::string_view name, int32_t bias = 1) {
+    return {name, 8, false, false, bias};
+}
+// Numbered through two levels: across("idx", outer, inner) is outer * (how many inner) + inner + 1.
+consteval KeyColumn across(std::string_view name, KeyColumn (*first)(std::string_view, int32_t),
+                           KeyColumn (*second)(std::string_view, int32_t), int32_t bias = 1) {
+    return {name, static_cast<uint8_t>(first({}, 1).levels | second({}, 1).levels), false, false, bias};
+}
+// The same level, counted from the first row of the block that the statement serves.
+consteval KeyColumn within(KeyColumn k) {
+    k.within = true;
+    return k;
+}
+consteval KeyColumn always(std::string_view name, int32_t value) {
+    return {name, 0, false, false, value};
+}
+// The same, and rows with another value are someone else's.
+consteval KeyColumn only(std::string_view name, int32_t value) {
+    return {name, 0, false, true, value};
+}
+
+// ---------------------------------------------------------------------------------------- statements
+
+enum class Source : uint8_t { literal, key, field };
+
+// One column that a statement names.
+struct Slot {
+    uint16_t column_at, value_at;  // in the statement's text
+    uint8_t column_size, value_size;
+    Conversion conversion;
+    SlotRole role;
+    Source source;
+    uint8_t index;  // of the key or the field that gives the value
+
+    // It has a parameter when the statement is executed: its conversion.
+    constexpr bool bound() const { return conversion.kind != 0; }
+};
+
+// An SQL text with printf conversions, and what each conversion takes.  It is executed as it stands, with bound
+// parameters: a quoted conversion binds text, a bare one a number.  Its address stands for it, so statements are
+// made by the compiler alone and never copied at run time.
+struct Statement {
+    std::string_view text;
+    std::string_view table;
+    Verb verb = Verb::select;
+    std::span<const Slot> slots = {};
+    std::span<const KeyColumn> keys = {};
+    std::span<const Field> fields = {};
+    std::string_view function = {};  // the function that logs for it; empty: its table's
+    // The rows of a list that it serves, counted from 1; last 0: every row.  `mask`: of those only the rows whose
+    // bit is set, row `first` being bit 0; 0: all.
+    int16_t first = 1, last = 0;
+    uint64_t mask = 0;
+    // Where row i's fields lie: (i - origin) * stride from what holds the rows.
+    int16_t origin = 1;
+    uint32_t stride = 0;
+
+    consteval Statement() = default;
+    consteval Statement(const Statement&) = default;
+    consteval Statement& operator=(const Statement&) = default;
+
+    constexpr bool serves(int row) const {
+        return row + 1 >= first && (last == 0 || row + 1 <= last) &&
+               (mask == 0 || (mask >> (row + 1 - first) & 1) != 0);
+    }
+    // It is for one row alone.
+    constexpr bool one_row() const { return first == last; }
+    constexpr std::string_view column(const Slot& s) const { return text.substr(s.column_at, s.column_size); }
+    constexpr std::string_view value(const Slot& s) const { return text.substr(s.value_at, s.value_size); }
+    constexpr bool stores() const { return verb == Verb::update || verb == Verb::replace; }
+    constexpr bool has_condition() const {
+        for (const Slot& s : slots)
+            if (s.role == SlotRole::condition)
+                return true;
+        return false;
+    }
+    constexpr bool bound() const {
+        for (const Slot& s : slots)
+            if (s.bound())
+                return true;
+        return false;
+    }
+    // The slot tells by a fixed value which rows the statement is for: a condition on a column that is no key.
+    constexpr bool selects(const Slot& s) const {
+        return s.role == SlotRole::condition && s.source != Source::key && !names_key(s);
+    }
+    constexpr bool names_key(const Slot& s) const {
+        for (const KeyColumn& k : keys)
+            if (k.name == column(s))
+                return true;
+        return false;
+    }
+    constexpr bool uses(std::size_t key) const {
+        for (const Slot& s : slots)
+            if (s.source == Source::key && s.index == key)
+                return true;
+        return false;
+    }
+    constexpr int rows_from(int all) const { return last == 0 ? all : last - first + 1; }
+};
+
+// ---------------------------------------------------------------------------------------- tables
+
+// What the outer index of a table counts; an element is one of the array that holds the rows: a scene, a group.
+enum class Owner : uint8_t { none, sensor, channel, element };
+
+// How a table is stored.
+enum class Strategy : uint8_t {
+    replace,       // each row by a statement that makes it where it is missing
+    update_only,   // rows are another table's to make; a missing one stays missing
+    ensure,        // too few rows: all are deleted and made anew from the default rows; then each is updated
+    top_up,        // the missing default rows are added to those present; then each is updated
+    fill_missing,  // each row is looked for and made from its default row where it is missing; then updated
+    packed,        // as ensure, but only the entries that have a name are stored, one after another
+    read_only,     // loaded, never stored
+};
+std::string_view word_for(Strategy);
+
+struct Level {
+    uint16_t count = 1;
+    uint32_t stride = 0;  // bytes from one to the next
+};
 
 // Where the rows of a table lie in the record, in bytes from its start.
 struct Layout {
     uint32_t base = 0;
     Owner owner = Owner::none;
-    uint16_t outer_count = 1;
-    uint32_t outer_stride = 0;
-    uint16_t inner_count = 1;
-    uint32_t inner_stride = 0;
+    int depth = 1;  // levels that the shape uses; `Table::rows` adds one for a block
+    std::array<Level, kLevels> level{};
 };
 
-// The texts of a table's log messages.  "%d" stands for the result code or the key, "%s" for the statement.
-// A null text: the shape's own, told beside each.
+// The texts of a table's log messages.  In them "%d" stands for the result code or the index, "%k" for the key as
+// it stands in the row, "%o" for the owner's index, "%r" for the row's, "%s" for the statement, "%m" for SQLite's
+// message, "%T" for the table's name, "%F" for the set function's and "%S" for the _single function's.  A null
+// text: that of the group of entries (kSays), then the common one, which is told beside each.
 struct Messages {
-    const char* write = "SQL error:\n";
-    const char* count = " db_query_row_num err !\n";
-    const char* remove = nullptr;  // "delete TABLE err \n"
-    const char* insert = nullptr;  // "insert into TABLE err \n"
-    const char* open = "db_query_open_v2 error: %d\n";
-    const char* empty = nullptr;     // a table without rows is no message
-    const char* save_key = nullptr;  // "Invalid sensor_no-%d\n", "invalid chan_no: %d\n"
-    const char* load_key = nullptr;  // "invalid sensor_no: %d\n", "invalid chan_no: %d\n"
-    const char* load_row = nullptr;  // a row of a list out of its range is skipped without a message
-    const char* wrapper = nullptr;   // "SINGLE failed for sensor_no: %d\n", "SINGLE error for chan_no: %d\n"
+    const char* write = nullptr;          // "SQL error:\n"
+    const char* count = nullptr;          // " db_query_row_num err !\n"
+    const char* remove = nullptr;         // "delete %T err \n"
+    const char* insert = nullptr;         // "insert into %T err \n"
+    const char* open = nullptr;           // "db_query_open_v2 error: %d\n"
+    const char* empty = nullptr;          // none: a table without rows is no message
+    const char* save_key = nullptr;       // "Invalid sensor_no-%d\n", "invalid chan_no: %d\n"
+    const char* load_key = nullptr;       // "invalid sensor_no: %d\n", "invalid chan_no: %d\n"
+    const char* load_middle = nullptr;    // none: a level between the owner and the rows that is out of range
+    const char* load_row = nullptr;       // none: a row out of its range is skipped without a message
+    const char* wrapper = nullptr;        // "%S failed for sensor_no: %d\n", "%S error for chan_no: %d\n"
+    const char* part = nullptr;           // none: what the set or _single function adds to a failure
+    const char* schedule = nullptr;       // the saver's or loader's name and " error\n"
+    const char* save_schedule = nullptr;  // on a failed save: `schedule`
+    const char* load_null = nullptr;      // `load_row`; "%d" is the row's place in the result, from 0
 };
+
+// Which failures a function tells apart by its result code, one bit a code; -1 stands for all others.
+//   -1 bad key, -2 count or query, -3 default row, -4 write, -5 delete, -6 no database, -7 no record
+template <class... Code>
+consteval uint8_t codes(Code... code) {
+    return static_cast<uint8_t>((0 | ... | (1 << -code)));
+}
+struct Codes {
+    uint8_t get = 0, set = 0;
+};
+inline constexpr Codes kGraded{0xFE, 0xFE};
+
+// A number that only the device knows.
+enum class DeviceCount : uint8_t {
+    none,
+    alarm_inputs,   // of rows
+    alarm_outputs,  // of rows
+    event_sources,  // of the outermost level that counts several; all that the record holds when it is not known
+    listed_sources,  // of items in lists alone (Field::each_source), as above
+};
+
+// A table that is a part of week_config_list, and loads the schedules of many features.
+enum class WeekList : uint8_t { none, features, rules };
+
+// A weekly schedule that belongs to a table's rows.
+struct Schedule {
+    enum class Keyed : uint8_t { once, by_owner, by_row };
+
+    int process_type;
+    Keyed keyed;
+    uint32_t offset;  // bytes from the row; absolute: from the record's start
+    bool absolute;
+    uint32_t stride;  // absolute: bytes from one owner or row to the next
+    uint32_t size;
+};
+
+// The set function of another entry that goes on where a table's rows and schedules are stored, and what is logged
+// when it fails.
+struct Sequel {
+    std::string_view function;
+    const char* message;
+};
+
+// A column of the create list that the table's statements do not store, and why.
+struct Unstored {
+    std::string_view column, reason;
+};
+
+inline constexpr std::string_view kDerived = "_single";
 
 struct Table {
-    int number = 0;                                    // in the registry; 0: none
-    std::string_view get = {}, set = {}, single = {};  // the functions' names; empty: no such function
+    int number = 0;  // in the registry; 0: none
+    std::string_view get = {}, set = {};
+    Strategy strategy = Strategy::read_only;
+    std::string_view single =
+        kDerived;  // kDerived: the set function's name and "_single", where there is an owner
     Messages says = {};
-    bool graded = false;                    // result codes -1 to -7 tell the cause; otherwise -1 for all
-    bool graded_access = false;             // only -6 and -7 do: no database, no record
-    bool top_up = false;                    // missing rows are added to those present, nothing is deleted
-    bool bad_key_ends_load = false;         // a row of an unknown channel fails the load
-    int rows = 0;                           // rows a list has for one outer index; 0: as many as its array
-    int load_limit = 0;                     // rows of the result that are read; 0: all
-    std::span<const Statement> count = {};  // with it: ensure-update, N rows exist before they are updated
-    std::span<const Statement> fill = {};   // the default rows
+    Codes graded = {};
+    bool bad_key_ends_load = false;  // a row of an unknown channel fails the load
+    bool by_position = false;        // loaded by the order of the rows, whatever their keys are
+    bool administrator = false;      // packed: the first entry is always the administrator
+    bool encryption_word = false;    // the table that holds the version of the field encryption
+    int rows = 0;        // rows that a list has below its levels; 0: as many as the last level's array
+    int load_limit = 0;  // rows of the result that are read; 0: all
+    // The column that tells how many groups of its lists a row holds: a load puts them behind those of the rows
+    // before it, whatever the rows' keys are.  Empty: each row holds as many as the lists have.
+    std::string_view holds = {};
+    std::span<const Statement> fill = {};  // the default rows
     std::span<const Statement> save = {};
-    std::span<const Statement> load = {};      // empty: select * from the table
-    int (*load_body)(const Table&) = nullptr;  // a table that is no row of the catalogue
-    int (*save_body)(const Table&, int outer) = nullptr;
-    // After the table's own rows: what else its set or get function moves, a schedule say.  0, or a failure.
-    int (*also_save)(const Table&, int outer) = nullptr;
-    int (*also_load)(const Table&) = nullptr;
-    // How many rows of the list the device has; false when it cannot be told.
-    bool (*device_rows)(int* rows) = nullptr;
-    std::string_view name = {};  // the SQL table; TABLE fills these three
+    std::span<const Statement> load = {};  // empty: select * from the table
+    std::span<const Schedule> schedules = {};
+    Sequel then = {};
+    bool inner_set = false;  // the set function is another table's sequel: the registry has none
+    DeviceCount device_rows = DeviceCount::none;  // what of its rows the device counts
+    const char* device_silent = nullptr;          // logged when the number of alarms cannot be told
+    bool of_older_schema = false;  // it need not be there; then that is said, and nothing is loaded
+    WeekList week_list = WeekList::none;
+    std::string_view worker_get = {}, worker_set = {};  // log for the statements in place of get and set
+    const char* source = nullptr;           // the source file that messages name; null: the engine's
+    std::span<const int> unused_rows = {};  // rows, counted from 1, that hold nothing
+    std::span<const Unstored> unstored = {};
+
+    // Filled by the entry's macro.
+    std::string_view name = {};  // the SQL table
     Layout layout = {};
     std::span<const KeyColumn> keys = {};
+    int line = 0;  // of the entry, for messages
 
-    constexpr int row_count() const { return rows != 0 ? rows : layout.inner_count; }
+    constexpr bool has_single() const { return !single.empty(); }
+    constexpr bool has_registry_set() const { return number != 0 && !set.empty() && !inner_set; }
+    // The level of the rows.
+    constexpr int row_level() const { return layout.depth - 1 + (rows != 0 || layout.depth == 1 ? 1 : 0); }
+    constexpr int row_count() const { return rows != 0 ? rows : count(row_level()); }
+    constexpr int count(int level) const {
+        return rows != 0 && level == row_level() ? rows : layout.level[static_cast<std::size_t>(level)].count;
+    }
+    constexpr Counts counts() const { return {count(0), count(1), count(2), count(3)}; }
+    constexpr const KeyColumn* key_of(int level) const {
+        for (const KeyColumn& k : keys)
+            if (k.single() && k.counts(level))
+                return &k;
+        return nullptr;
+    }
+    // The key column that numbers through several levels, or null.
+    constexpr const KeyColumn* across_key() const {
+        for (const KeyColumn& k : keys)
+            if (!k.constant() && !k.single())
+                return &k;
+        return nullptr;
+    }
+    // The key column by which its rows are counted and made: those of one channel at a time, or those that
+    // another entry does not have.  Null: all rows of the SQL table.
+    constexpr const KeyColumn* scope() const {
+        if (layout.owner == Owner::channel)
+            return key_of(0);
+        for (const KeyColumn& k : keys)
+            if (k.selects)
+                return &k;
+        return nullptr;
+    }
+    // The first level that counts several.
+    constexpr int outermost_level() const {
+        int level = 0;
+        while (level < row_level() && count(level) == 1)
+            ++level;
+        return level;
+    }
 };
 
-// ---------------------------------------------------------------------------------------- shapes
-//
-// A shape of the member type M tells the type of one row, the layout and the default key column.
+// The name of the _single function; empty: there is none.
+std::string single_name(const Table& table);
 
-template <class M>
-struct single_row {
-    using Row = M;
-    static constexpr auto keys = [] { return std::array{always("idx", 1)}; };
-    static constexpr Layout layout{};
-};
+// ---------------------------------------------------------------------------------------- addresses
 
-template <class M>
-struct list {
-    using Row = std::remove_extent_t<M>;
-    static constexpr auto keys = [] { return std::array{inner("idx")}; };
-    static constexpr Layout layout{.inner_count = std::extent_v<M>, .inner_stride = sizeof(Row)};
-};
-
-template <class M>
-struct per_sensor {
-    using Row = std::remove_extent_t<M>;
-    static constexpr auto keys = [] { return std::array{outer("idx")}; };
-    static constexpr Layout layout{
-        .owner = Owner::sensor, .outer_count = std::extent_v<M>, .outer_stride = sizeof(Row)};
-};
-
-template <class M>
-struct per_channel {
-    using Row = std::remove_extent_t<M>;
-    static constexpr auto keys = [] { return std::array{outer("idx")}; };
-    static constexpr Layout layout{
-        .owner = Owner::channel, .outer_count = std::extent_v<M>, .outer_stride = sizeof(Row)};
-};
-
-template <class M>
-struct per_channel_list {
-    using Row = std::remove_extent_t<std::remove_extent_t<M>>;
-    static constexpr auto keys = [] { return std::array{outer("chan_no"), inner("idx")}; };
-    static constexpr Layout layout{.owner = Owner::channel,
-                                   .outer_count = std::extent_v<M>,
-                                   .outer_stride = sizeof(std::remove_extent_t<M>),
-                                   .inner_count = std::extent_v<M, 1>,
-                                   .inner_stride = sizeof(Row)};
-};
-
-template <class... Keys>
-consteval std::array<KeyColumn, sizeof...(Keys)> keys_of(Keys... k) {
-    return {k...};
-}
-consteval std::array<KeyColumn, 0> keys_of() {
-    return {};
-}
-
-consteval Table finished(Table t, Layout layout, std::size_t base, std::span<const KeyColumn> keys) {
-    t.layout = layout;
-    t.layout.base = static_cast<uint32_t>(base);
-    t.keys = keys;
-    t.name = SqlText(t.save.empty() ? t.load[0].text : t.save[0].text).table;
-    return t;
+// Where what holds a row's fields lies, in bytes from the record's start.
+constexpr uint32_t holder_offset(const Table& t, Index index) {
+    uint32_t offset = t.layout.base;
+    const int levels = t.row_level();
+    for (int level = 0; level < levels; ++level)
+        offset +=
+            static_cast<uint32_t>(index[level]) * t.layout.level[static_cast<std::size_t>(level)].stride;
+    return offset;
 }
 
-// ---------------------------------------------------------------------------------------- entries
-
-#define RECORD_MEMBER_(path) std::remove_reference_t<decltype((std::declval<DEVICECONFIG&>().path))>
-
-#define TABLE(shape, path, ...) TABLE_(shape, path, Shape::keys(), __VA_ARGS__)
-// With other key columns than the shape's, in parentheses: (outer("channel_no"), inner("stream_index",
-// 0)), or ().
-#define TABLE_BY(shape, path, keys, ...) TABLE_(shape, path, keys_of keys, __VA_ARGS__)
-#define TABLE_(shape, path, keys_, ...)                                                                \
-    [] {                                                                                               \
-        using Shape = shape<RECORD_MEMBER_(path)>;                                                     \
-        using Row [[maybe_unused]] = Shape::Row;                                                       \
-        using Keys = KeyList<[] { return keys_; }>;                                                    \
-        return finished(Table{__VA_ARGS__}, Shape::layout, offsetof(DEVICECONFIG, path), Keys::value); \
-    }()
-
-// One statement with its fields, and lists of them.
-#define PUT(text, ...)                                                                                  \
-    make_statement<[] { return std::string_view(text); }, [] { return fields_of(__VA_ARGS__); }, Keys>( \
-        Shape::layout.inner_stride)
-#define PUT_FOR(first, last, ...) for_rows(first, last, PUT(__VA_ARGS__))
-#define PUT_BLOCK(first, last, stride, ...) for_block(first, last, stride, PUT(__VA_ARGS__))
-#define PUTS(...) kStatic<[] { return std::array{__VA_ARGS__}; }>
-#define SAVE(...) PUTS(PUT(__VA_ARGS__))
-#define SQL(text) PUTS(PUT(text))
-// One statement with an address of its own, for code that is no table: where Row, Shape and Keys are in
-// scope.
-#define ONE(...) kStatic<[] { return PUT(__VA_ARGS__); }>
-
-// ---------------------------------------------------------------------------------------- fields
-//
-// F(member) is a number or a character array.  The others name the text form; see also as() and value().
-
-#define ROW_MEMBER_(path) std::remove_cvref_t<decltype((std::declval<Row&>().path))>
-#define F(path) plain_field<ROW_MEMBER_(path)>(#path, offsetof(Row, path))
-#define ROW_ITSELF(name) plain_field<Row>(name, 0)
-#define CODED(path, codec) coded(F(path), codec)
-#define COLONS(path) CODED(path, (kArray<ROW_MEMBER_(path), ':'>))  // "%d:" or "%u:" by the element's type
-#define COMMAS(path) CODED(path, (kArray<ROW_MEMBER_(path), ','>))  // "%d," or "%u,"
-#define COMMAS3(path) CODED(path, (kArray<ROW_MEMBER_(path), ',', 3>))  // "%03d,"
-#define DIGITS(path) CODED(path, (kArray<ROW_MEMBER_(path), 0, 3>))     // "%03d" without a separator
-#define ENCRYPTED(path, capacity) encrypted(F(path), capacity)
-// A member outside the row: of an array with one element per outer index, or per outer and inner index.
-#define ELSEWHERE(array) elsewhere<RECORD_MEMBER_(array)>(#array, offsetof(DEVICECONFIG, array))
-#define ELSEWHERE_IN(array, path)                                          \
-    elsewhere_in<RECORD_MEMBER_(array), RECORD_MEMBER_(array[0][0].path)>( \
-        #path, offsetof(DEVICECONFIG, array[0][0].path))
-
-template <class M>
-consteval Field elsewhere(std::string_view path, std::size_t offset) {
-    Field f = plain_field<std::remove_extent_t<M>>(path, offset);
-    f.stride = sizeof(std::remove_extent_t<M>);
-    f.absolute = true;
-    return f;
+// Where a field's value lies, in bytes from the record's start.  The one place that knows.
+constexpr uint32_t field_offset(const Table& t, const Statement& s, const Field& f, Index index) {
+    switch (f.home) {
+        case Home::record:
+            return f.offset + static_cast<uint32_t>(index[0]) * f.stride[0] +
+                   static_cast<uint32_t>(index[1]) * f.stride[1];
+        case Home::holder:
+            return holder_offset(t, index) + f.offset;
+        case Home::row:
+            break;
+    }
+    const int row = index[t.row_level()];
+    return holder_offset(t, index) + static_cast<uint32_t>(row + 1 - s.origin) * s.stride + f.offset;
 }
 
-template <class Array, class M>
-consteval Field elsewhere_in(std::string_view path, std::size_t offset) {
-    Field f = plain_field<M>(path, offset);
-    f.stride = sizeof(std::remove_extent_t<Array>);
-    f.inner_stride = sizeof(std::remove_all_extents_t<Array>);
-    f.absolute = true;
-    return f;
+// Where a table's schedules lie: the first, in bytes from the record's start, and how far apart those of the level
+// are that has one each; stride 0: there is one.
+struct SchedulePlaces {
+    uint32_t first, stride;
+    int level;
+};
+constexpr SchedulePlaces places_of(const Table& t, const Schedule& s) {
+    const int level = s.keyed == Schedule::Keyed::by_row ? 1 : 0;
+    const uint32_t stride = s.absolute ? s.stride : t.layout.level[static_cast<std::size_t>(level)].stride;
+    return {s.offset + (s.absolute ? 0 : t.layout.base), s.keyed == Schedule::Keyed::once ? 0 : stride,
+            level};
 }
 
-// FIELDS(a, b, c) is F(a), F(b), F(c).
-#define FIELDS(...) FIELDS_EXPAND_(FIELDS_NEXT_(__VA_ARGS__))
-#define FIELDS_NEXT_(path, ...) F(path) __VA_OPT__(, FIELDS_AGAIN_ FIELDS_PARENS_(__VA_ARGS__))
-#define FIELDS_AGAIN_() FIELDS_NEXT_
-#define FIELDS_PARENS_ ()
-#define FIELDS_EXPAND_(...) FIELDS_EXPAND3_(FIELDS_EXPAND3_(FIELDS_EXPAND3_(FIELDS_EXPAND3_(__VA_ARGS__))))
-#define FIELDS_EXPAND3_(...) FIELDS_EXPAND2_(FIELDS_EXPAND2_(FIELDS_EXPAND2_(FIELDS_EXPAND2_(__VA_ARGS__))))
-#define FIELDS_EXPAND2_(...) FIELDS_EXPAND1_(FIELDS_EXPAND1_(FIELDS_EXPAND1_(FIELDS_EXPAND1_(__VA_ARGS__))))
-#define FIELDS_EXPAND1_(...) __VA_ARGS__
+// The value of a key column for a row of a table that has `counts` of each level.
+constexpr int64_t key_value(const Statement& s, const KeyColumn& k, Index index, Counts counts) {
+    int64_t number = 0;
+    for (int level = 0; level < kLevels; ++level)
+        if (k.counts(level))
+            number = number * (k.single() ? 0 : counts[level]) + index[level];
+    return number + k.bias - (k.within ? s.first - 1 : 0);
+}
+
+}  // namespace dbshell
 
 #endif

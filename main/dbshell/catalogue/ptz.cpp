@@ -1,11 +1,8 @@
-// Serial ports, PTZ, domes.
-#include <algorithm>
-#include <cstring>
-
-#include "DB_uni_process.h"
+// Serial ports, pan/tilt units, several sensors, compass and position.
 #include "catalogue.h"
-#include "engine.h"
-#include "state.h"
+#include "vocabulary.h"
+
+namespace dbshell {
 
 namespace {
 
@@ -28,413 +25,232 @@ inline constexpr TextCodec kPoints{encode_list,
 template <std::size_t Offset>
 inline constexpr ListItem kCornerItem[] = {{Offset, Kind::i32}};
 template <std::size_t Offset>
-inline constexpr TextCodec kCorners{encode_list, decode_list,        kCornerItem<Offset>,
-                                    16,          sizeof(EptzPreset), ','};
+inline constexpr TextCodec kCorners{encode_list, decode_list, kCornerItem<Offset>, 16, sizeof(EptzPreset), ','};
 #define CORNERS(member) coded(ROW_ITSELF(#member), kCorners<offsetof(EptzPreset, member)>)
 
-// The names of a port's presets, with a comma behind every one.  A comma within a name would move all names
-// behind it to the next preset: it is stored as a blank.
-using PresetNames = decltype(PtzPort::presetName);
+// The names of a port's presets.
+constexpr ListItem kNameItem[] = {{0, Kind::text, sizeof(PtzPort::presetName[0])}};
+constexpr TextCodec kPresetNames{.encode = encode_list,
+                                 .decode = decode_list,
+                                 .group = {},
+                                 .groups = std::size(PtzPort{}.presetName),
+                                 .group_stride = sizeof(PtzPort::presetName[0]),
+                                 .separator = ',',
+                                 .mixed = kNameItem};
 
-void encode_names(const TextCodec&, const std::byte* member, std::string& text) {
-    PresetNames names;
-    std::memcpy(&names, member, sizeof names);
-    for (const auto& name : names) {
-        const auto start = text.size();
-        text.append(name, strnlen(name, sizeof name));
-        std::replace(text.begin() + static_cast<std::ptrdiff_t>(start), text.end(), ',', ' ');
-        text += ',';
-    }
-}
-
-void decode_names(const TextCodec&, std::string_view text, std::byte* member) {
-    constexpr std::size_t kLength = sizeof(PresetNames{}[0]);
-    for (std::size_t i = 0; i < std::size(PresetNames{}) && !text.empty(); ++i, member += kLength) {
-        const auto comma = std::min(text.find(','), text.size());
-        const auto length = std::min(comma, kLength);
-        std::memcpy(member, text.data(), length);
-        std::memset(member + length, 0, kLength - length);
-        text.remove_prefix(std::min(comma + 1, text.size()));
-    }
-}
-
-constexpr TextCodec kPresetNames{encode_names, decode_names, {}};
-
-// ------------------------------------------------------------------------------------- for the odd tables
-
-PtzSection& ptz() {
-    return get_cfg_param()->ptz;
-}
-
-template <class Row>
-std::byte* bytes_of(Row& row) {
-    return reinterpret_cast<std::byte*>(&row);
-}
-
-int write_row(const Table& t, const Statement& s, const std::byte* row, RowIndex index) {
-    const int rc = execute(s, row, index);
-    if (rc == 0)
-        return kDone;
-    log_table(t.set, t.says.write, rc, rendered(s, row, index));
-    return result_of(t, kWriteFailed);
-}
-
-// The result of a load when no row is left.
-int load_end(const Table& t, const Rows& rows) {
-    if (rows.error() == 0)
-        return kDone;
-    log_table(t.get, t.says.open, rows.error());
-    return result_of(t, kQueryFailed);
-}
-
-// ensure_rows() for a number of rows that only the save knows.
-Result ensure(const Table& t, int rows) {
-    Table whole = t;
-    whole.rows = rows;
-    return ensure_rows(whole, t.set, {});
-}
-
-// ------------------------------------------------------------------------------------- serial ports
-//
-// Not rows of the catalogue: five columns of a port are bits of one word of the record.  The statements take
-// a row with a member for each, which is unpacked from the word and packed into it again.
-
-struct PortBits {
-    int32_t baudrateIdx, databits, stopbits, parity, flowcontrol;
-};
-
-struct BitField {
-    int32_t PortBits::*column;
-    int first, count;
-
-    constexpr uint32_t mask() const { return ((1u << count) - 1) << first; }
-};
-constexpr BitField kBitFields[] = {{&PortBits::baudrateIdx, 0, 4},
-                                   {&PortBits::databits, 4, 2},
-                                   {&PortBits::stopbits, 6, 1},
-                                   {&PortBits::parity, 7, 2},
-                                   {&PortBits::flowcontrol, 9, 2}};
-
-// `Ports` is a copy of what the record holds.
-template <class Ports>
-struct PortRow {
-    PortBits bits;
-    Ports ports;
-};
-
-uint32_t& attribute_of(Serial& ports, int port) {
-    return ports.attribute[port];
-}
-uint32_t& attribute_of(EduSerial& port, int) {
-    return port.attribute;
-}
-
-template <class Ports>
-PortRow<Ports> unpacked(const Ports& ports, int port) {
-    PortRow<Ports> row{{}, ports};
-    for (const BitField& f : kBitFields)
-        row.bits.*f.column = static_cast<int32_t>((attribute_of(row.ports, port) & f.mask()) >> f.first);
-    return row;
-}
-
-template <class Ports>
-int save_port(const Table& t, const Statement& s, const Ports& ports, int port, RowIndex index) {
-    PortRow<Ports> row = unpacked(ports, port);
-    return write_row(t, s, bytes_of(row), index);
-}
-
-// Columns that are NULL and bits that no column holds keep their values.
-template <class Ports>
-void read_port(Rows& rows, const Statement& s, Ports& ports, int port) {
-    PortRow<Ports> row = unpacked(ports, port);
-    rows.read(s, bytes_of(row), {});
-    uint32_t& attribute = attribute_of(row.ports, port);
-    for (const BitField& f : kBitFields)
-        attribute =
-            (attribute & ~f.mask()) | ((static_cast<uint32_t>(row.bits.*f.column) << f.first) & f.mask());
-    ports = row.ports;
-}
-
-#define PORT_BITS bits.baudrateIdx, bits.databits, bits.stopbits, bits.parity, bits.flowcontrol
-
-namespace serial {
-
-using Row = PortRow<Serial>;
-using Shape = single_row<Row>;
-using Keys = KeyList<[] { return keys_of(inner("serial_type")); }>;
-constexpr int kPorts = std::size(Serial{}.attribute);
-constexpr std::span<const Statement> kSave = PUTS(
-    PUT("update serial_config_table set "
-        "baudrateIdx=%d,databits=%d,stopbits=%d,parity=%d,flowcontrol=%d,rs232_mode=%d, rs232_address = %d "
-        "where serial_type = 1;",
-        FIELDS(PORT_BITS, ports.rs232_mode, ports.rs232_address)),
-    PUT("update serial_config_table set "
-        "baudrateIdx=%d,databits=%d,stopbits=%d,parity=%d,flowcontrol=%d,rs485_decode_type=%d,"
-        "rs485_decode_addr=%d where serial_type = 2;",
-        FIELDS(PORT_BITS, ports.rs485_decode_type, ports.rs485_decode_addr)));
-static_assert(kSave.size() == kPorts);
-
-int save(const Table& t, int) {
-    if (const Result r = ensure(t, kPorts); r != kDone)
-        return result_of(t, r);
-    const Serial ports = ptz().serial;
-    for (int port = 0; port < kPorts; ++port)
-        if (const int rc = save_port(t, kSave[static_cast<std::size_t>(port)], ports, port, {}); rc != kDone)
-            return rc;
-    return kDone;
-}
-
-int load(const Table& t) {
-    Rows rows(t);
-    while (rows.next()) {
-        const int64_t type = rows.key("serial_type", 0);
-        if (type >= 1 && type <= kPorts)
-            read_port(rows, kSave[static_cast<std::size_t>(type - 1)], ptz().serial,
-                      static_cast<int>(type - 1));
-    }
-    return load_end(t, rows);
-}
-
-}  // namespace serial
-
-// One RS-232 port per channel.
-namespace edu_serial {
-
-using Row = PortRow<EduSerial>;
-using Shape = single_row<Row>;
-constexpr int kType = 1;
-using Keys = KeyList<[] { return keys_of(always("idx", 1), outer("chn_no"), always("serial_type", kType)); }>;
-constexpr auto& kSave =
-    ONE("replace into edu_serial_config_table (idx, chn_no, serial_type, baudrateIdx, databits, stopbits, "
-        "parity, flowcontrol, rs232_mode, rs232_address) values(%d, %d, %d, %d, %d, %d, %d, %d, %d, %d);",
-        FIELDS(PORT_BITS, ports.rs232_mode, ports.rs232_address));
-
-int save(const Table& t, int channel) {
-    return save_port(t, kSave, ptz().edu_serial[channel], 0, {channel});
-}
-
-int load(const Table& t) {
-    Rows rows(t);
-    while (rows.next()) {
-        const int64_t channel = rows.key("chn_no", 1);
-        if (channel < 1 || channel > channel_count())
-            log_table(t.get, "invalid chan_no: %d\n", channel - 1);
-        else if (rows.key("serial_type", kType) == kType)
-            read_port(rows, kSave, ptz().edu_serial[channel - 1], 0);
-    }
-    return load_end(t, rows);
-}
-
-}  // namespace edu_serial
-
-#undef PORT_BITS
-
-// ------------------------------------------------------------------------------------- PTZ ports
-//
-// Loaded by position, not by idx: the k-th row is port k.
-
-int load_ptz_config(const Table& t) {
-    Rows rows(t);
-    for (int port = 0; port < t.row_count() && rows.next(); ++port) {
-        const RowIndex index{.inner = port};
-        for (const Statement& s : t.save)
-            if (s.serves(port))
-                rows.read(s, row_at(t, s, index), index);
-    }
-    return load_end(t, rows);
-}
-
-// ------------------------------------------------------------------------------------- alarm actions
-//
-// Not rows of the catalogue: how many rows there are, and which alarm and trigger type a row belongs to,
-// depends on how many alarms the device has.  They follow one another type by type.
-
-constexpr int kTriggerTypes = std::size(PtzSection{}.ptz_index);
-
-int save_alarm_trigger_ptz(const Table& t, int) {
-    int alarms = 0;
-    if (get_hardware_count(kAlarmInputs, &alarms) != 0) {
-        log_table(t.set, "get_devcapa_data  HW_ALARMOUT_NUM error: \n");
-        return result_of(t, kQueryFailed);
-    }
-    alarms = std::min(alarms, kMaxAlarms);
-    if (alarms <= 0)
-        return kDone;
-    const int row_count = kTriggerTypes * alarms;
-    if (const Result r = ensure(t, row_count); r != kDone)
-        return result_of(t, r);
-    for (int row = 0; row < row_count; ++row) {
-        const RowIndex index{.outer = row / alarms, .inner = row, .third = row % alarms};
-        const std::byte* action = bytes_of(ptz().ptz_index[index.outer][index.third]);
-        if (const int rc = write_row(t, t.save[0], action, index); rc != kDone)
-            return rc;
-    }
-    return kDone;
-}
-
-int load_alarm_trigger_ptz(const Table& t) {
-    Rows rows(t);
-    while (rows.next()) {
-        const int64_t type = rows.key("trig_type", 0);
-        const int64_t alarm = rows.key("chn", -1);
-        if (type >= 1 && type <= kTriggerTypes && alarm >= 0 && alarm < kMaxAlarms)
-            rows.read(t.save[0], bytes_of(ptz().ptz_index[type - 1][alarm]), {});
-    }
-    return load_end(t, rows);
-}
+// The attributes of a serial port are bits of one word.
+#define PORT_BITS(word)                                                                                      \
+    as("baudrateIdx", BITS(word, 0, 4)), as("databits", BITS(word, 4, 2)), as("stopbits", BITS(word, 6, 1)), \
+        as("parity", BITS(word, 7, 2)), as("flowcontrol", BITS(word, 9, 2))
 
 // ------------------------------------------------------------------------------------- tables
 
+namespace ports {
+
 constexpr Table kTables[] = {
     // The RS-232 and the RS-485 port.
-    TABLE_BY(single_row, ptz.serial, (inner("idx"), inner("serial_type")), .number = 15,
-             .get = "db_get_serial_config", .set = "db_set_serial_config",
-             .count = SQL("select count(*) from serial_config_table;"),
-             .fill = SQL("insert into serial_config_table(idx, serial_type, baudrateIdx, databits, stopbits, "
-                         "parity, flowcontrol, rs232_mode, rs485_decode_type, rs485_decode_addr, "
-                         "rs485_enable, rs232_address) values(%d, %d, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);"),
-             .load = SQL("select * from serial_config_table;"), .load_body = serial::load,
-             .save_body = serial::save),
+    ENSURE_BY(single_row, ptz.serial, (inner("serial_type"), inner("idx")), 15, "db_get_serial_config",
+              "db_set_serial_config", .rows = 2,
+              .fill = SQL("insert into serial_config_table(idx, serial_type, baudrateIdx, databits, stopbits, parity, flowcontrol, rs232_mode, rs485_decode_type, rs485_decode_addr, rs485_enable, rs232_address) values(%d, %d, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);"),
+              .save = PUTS(PUT_BLOCK(1, 1, 0,
+                                     "update serial_config_table set baudrateIdx=%d,databits=%d,stopbits=%d,parity=%d,flowcontrol=%d,rs232_mode=%d, rs232_address = %d where serial_type = 1;",
+                                     PORT_BITS(attribute[0]), FIELDS(rs232_mode, rs232_address)),
+                           PUT_BLOCK(2, 2, 0,
+                                     "update serial_config_table set baudrateIdx=%d,databits=%d,stopbits=%d,parity=%d,flowcontrol=%d,rs485_decode_type=%d,rs485_decode_addr=%d where serial_type = 2;",
+                                     PORT_BITS(attribute[1]), FIELDS(rs485_decode_type, rs485_decode_addr)))),
 
     // The numbers of the presets, cruises and tracks, kept in row 1, and the cruise sequences and preset
     // names of every port.
-    TABLE_BY(
-        single_row, ptz.ptz, (inner("idx")), .number = 16, .get = "db_get_ptz_config",
-        .set = "db_set_ptz_config", .rows = std::size(PtzConfig{}.port),
-        .count = SQL("select count(*) from ptz_config_info_list;"),
-        .fill = SQL("insert into ptz_config_info_list(idx, port_index, ptzPreset, ptzCruise, ptzTrack, "
-                    "ptzSeqPara_no, ptzSeqPara_speed, ptzSeqPara_time, presetName) values(%d, 2, ' ', ' ', "
-                    "' ', ' ', ' ', ' ', ' ');"),
-        .save =
-            PUTS(PUT_BLOCK(1, 1, 0,
-                           "update ptz_config_info_list set port_index=2,ptzPreset = '%s', ptzCruise = '%s', "
-                           "ptzTrack= '%s'  where idx =1;",
-                           COMMAS3(ptzPreset), COMMAS3(ptzCruise), COMMAS3(ptzTrack)),
-                 PUT_BLOCK(1, std::size(PtzConfig{}.port), sizeof(PtzPort),
-                           "update ptz_config_info_list set ptzSeqPara_no = '%s', ptzSeqPara_speed = '%s', "
-                           "ptzSeqPara_time = '%s', presetName = '%s' where idx = %d;",
-                           POINTS("ptzSeqPara_no", preset_no, Kind::u8, 3),
-                           POINTS("ptzSeqPara_speed", speed, Kind::u8, 3),
-                           POINTS("ptzSeqPara_time", dwell_time, Kind::u16, 5),
-                           CODED(port[0].presetName, kPresetNames))),
-        .load_body = load_ptz_config),
+    ENSURE_BY(single_row, ptz.ptz, (inner("idx")), 16, "db_get_ptz_config", "db_set_ptz_config", .by_position = true,
+              .rows = std::size(PtzConfig{}.port),
+              .fill = SQL("insert into ptz_config_info_list(idx, port_index, ptzPreset, ptzCruise, ptzTrack, ptzSeqPara_no, ptzSeqPara_speed, ptzSeqPara_time, presetName) values(%d, 2, ' ', ' ', ' ', ' ', ' ', ' ', ' ');"),
+              .save = PUTS(PUT_BLOCK(1, 1, 0,
+                                     "update ptz_config_info_list set port_index=2,ptzPreset = '%s', ptzCruise = '%s', ptzTrack= '%s'  where idx =1;",
+                                     COMMAS3(ptzPreset), COMMAS3(ptzCruise), COMMAS3(ptzTrack)),
+                           PUT_BLOCK(1, std::size(PtzConfig{}.port), sizeof(PtzPort),
+                                     "update ptz_config_info_list set ptzSeqPara_no = '%s', ptzSeqPara_speed = '%s', ptzSeqPara_time = '%s', presetName = '%s' where idx = %d;",
+                                     POINTS("ptzSeqPara_no", preset_no, Kind::u8, 3),
+                                     POINTS("ptzSeqPara_speed", speed, Kind::u8, 3),
+                                     POINTS("ptzSeqPara_time", dwell_time, Kind::u16, 5),
+                                     CODED(port[0].presetName, kPresetNames)))),
 
     // The zoom and focus of every preset.
-    TABLE_BY(list, ptz.ptz_ext, (inner("preset_no")), .number = 17, .get = "db_get_ptz_config_ext",
-             .set = "db_set_ptz_config_ext", .count = SQL("select count(*) from ptz_config_info_ext;"),
-             .fill = SQL("insert into ptz_config_info_ext(preset_no, ptz_preset_zoom, ptz_preset_focus) "
-                         "values(%d, 0, 0);"),
-             .save = SAVE("update ptz_config_info_ext set ptz_preset_zoom = %d, ptz_preset_focus = %d where "
-                          "preset_no = %d;",
-                          FIELDS(ptz_preset_zoom, ptz_preset_focus))),
+    ENSURE_BY(list, ptz.ptz_ext, (inner("preset_no")), 17, "db_get_ptz_config_ext", "db_set_ptz_config_ext",
+              .fill = SQL("insert into ptz_config_info_ext(preset_no, ptz_preset_zoom, ptz_preset_focus) values(%d, 0, 0);"),
+              .save = SAVE("update ptz_config_info_ext set ptz_preset_zoom = %d, ptz_preset_focus = %d where preset_no = %d;",
+                           FIELDS(ptz_preset_zoom, ptz_preset_focus))),
 
     // The PTZ action that an alarm sets off, for each trigger type.
-    TABLE_BY(single_row, ptz.ptz_index, (inner("idx"), third("chn", 0), outer("trig_type")), .number = 18,
-             .get = "db_get_alarm_trigger_ptz", .set = "db_set_alarm_trigger_ptz",
-             .rows = kTriggerTypes * kMaxAlarms, .count = SQL("select count(*) from alarm_trigger_ptz_list;"),
-             .fill = SQL("insert into alarm_trigger_ptz_list(idx, chn, trig_type, ptz_index) "
-                         "values(%d, 0, 0, 0);"),
-             .save = PUTS(PUT_BLOCK(1, kTriggerTypes* kMaxAlarms, sizeof(int32_t),
-                                    "update alarm_trigger_ptz_list set chn = %d, trig_type = %d, ptz_index = "
-                                    "%d where idx = %d;",
-                                    plain_field<int32_t>("ptz_index", 0))),
-             .load_body = load_alarm_trigger_ptz, .save_body = save_alarm_trigger_ptz),
+    // With fewer alarms than before, rows of the larger number stay behind those of the smaller: of the rows of one
+    // alarm the first counts, so it is loaded last.
+    ENSURE_BY(grid, ptz.ptz_index, (across("idx", outer, inner), inner("chn", 0), outer("trig_type")), 18,
+              "db_get_alarm_trigger_ptz", "db_set_alarm_trigger_ptz",
+              .fill = SQL("insert into alarm_trigger_ptz_list(idx, chn, trig_type, ptz_index) values(%d, 0, 0, 0);"),
+              .save = SAVE("update alarm_trigger_ptz_list set chn = %d, trig_type = %d, ptz_index = %d where idx = %d;",
+                           ROW_ITSELF("ptz_index")),
+              .load = SQL("select * from alarm_trigger_ptz_list order by idx desc;"),
+              .device_rows = DeviceCount::alarm_inputs, .device_silent = "get_devcapa_data  HW_ALARMOUT_NUM error: \n"),
 
     // The electronic presets: rectangles of the picture, 16 in a row.
-    TABLE(list, ptz.eptz_preset, .number = 19, .get = "db_get_eptz_preset_list",
-          .set = "db_set_eptz_preset_list", .count = SQL("select count(*) from eptz_preset_list;"),
-          .fill = SQL("insert into eptz_preset_list(idx, upper_left_x, upper_left_y, lower_right_x, "
-                      "lower_right_y) values(%d, '', '', '', '');"),
-          .save = SAVE("update eptz_preset_list set upper_left_x = '%s', upper_left_y = '%s', lower_right_x "
-                       "= '%s', lower_right_y = '%s' where idx = %d;",
-                       CORNERS(upper_left_x), CORNERS(upper_left_y), CORNERS(lower_right_x),
-                       CORNERS(lower_right_y))),
+    ENSURE(list, ptz.eptz_preset, 19, "db_get_eptz_preset_list", "db_set_eptz_preset_list",
+           .fill = SQL("insert into eptz_preset_list(idx, upper_left_x, upper_left_y, lower_right_x, lower_right_y) values(%d, '', '', '', '');"),
+           .save = SAVE("update eptz_preset_list set upper_left_x = '%s', upper_left_y = '%s', lower_right_x = '%s', lower_right_y = '%s' where idx = %d;",
+                        CORNERS(upper_left_x), CORNERS(upper_left_y), CORNERS(lower_right_x), CORNERS(lower_right_y))),
+};
 
-    // The camera module of a dome: lens, exposure, infrared, laser and white light.
-    TABLE(per_sensor, dome.ccd, .number = 74, .get = "db_get_ipdome_ccdparam",
-          .set = "db_save_ipdome_ccdparam", .single = "db_save_ipdome_ccdparam_single",
-          .says = {.write = "ipdome_ccdparam_table failed:%s\n",
-                   .wrapper = "db_save_ipdome_ccdparam failed for sensor_no: %d\n"},
-          .graded = true,
-          .save = SAVE(
-              "replace into ipdome_ccdparam_table (idx, sharpness_type, low_light_limit, "
-              "low_light_limit_level, image_stabilize_level, camera_ir_correct, high_sensitivity, "
-              "initialize_lens, focus_mode, auto_focus_mode, min_focus_distance, zoom_speed_level, "
-              "focus_speed_level, iris_set, exposure_mode_set, shutter_set, ipdome_gain_set, gain_limit, "
-              "exposure_compensate, optical_zoom, digital_zoom, chroma_suppress, video_freeze, "
-              "ir_control_mode, ir_brightness, ir_sensitivity, trig_mode, ir_brightness_limit, "
-              "ir_movementtrigger, laser_control_mode, laser_trigger_mode, laser_brightness, laser_angle, "
-              "laser_sensitivity, iris_max_limit, iris_min_limit, shutter_max_limit, shutter_min_limit, "
-              "laser_brightness_limit, ipdome_scene_mode, optical_zoom_level, focus_pos, ipdome_gamma_type, "
-              "dome_whitelight_begintime, dome_whitelight_endtime, whitelight_brightness_limit, "
-              "dome_whitelight_mode, zoom_track_mode) values(%d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, "
-              "%d, %u, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, "
-              "%d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d);",
-              FIELDS(sharpness_type, low_light_limit, low_light_limit_level, image_stabilize_level,
-                     camera_ir_correct, high_sensitivity, initialize_lens, focus_mode, auto_focus_mode,
-                     min_focus_distance, zoom_speed_level, focus_speed_level, iris_set, exposure_mode_set,
-                     shutter_set, ipdome_gain_set, gain_limit, exposure_compensate, optical_zoom,
-                     digital_zoom, chroma_suppress, video_freeze, ir_control_mode, ir_brightness,
-                     ir_sensitivity, trig_mode, ir_brightness_limit, ir_movementtrigger, laser_control_mode,
-                     laser_trigger_mode, laser_brightness, laser_angle, laser_sensitivity, iris_max_limit,
-                     iris_min_limit, shutter_max_limit, shutter_min_limit, laser_brightness_limit,
-                     ipdome_scene_mode, optical_zoom_level, focus_pos, ipdome_gamma_type,
-                     dome_whitelight_begintime, dome_whitelight_endtime, whitelight_brightness_limit,
-                     dome_whitelight_mode, zoom_track_mode))),
+}  // namespace ports
 
-    // The motion system of a dome: its size, speed, address and control line.
-    TABLE(single_row, dome.motionsys, .number = 75, .get = "db_get_ipdome_motionsys",
-          .set = "db_save_ipdome_motionsys", .says = {.write = "ipdome_motionsys_table failed\n"},
-          .graded = true, .count = SQL("select count(*) from ipdome_motionsys_table;"),
-          .fill = SQL("insert into ipdome_motionsys_table(idx, version, domesize, domespeedmode, Language, "
-                      "DomeAddr, baud, parity, dataBit, stopBit, flowcontrol, ensoftAddr, softAddr, "
-                      "softBaudEnable, softBaudIndex, protocoltype) values(1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, "
-                      "0, 0, 0, 0, 0);"),
-          .save = SAVE(
-              "update ipdome_motionsys_table set version = %d, domesize = %d, domespeedmode = %d, "
-              "Language = %d, DomeAddr = %d, baud = %d, parity = %d, dataBit = %d, stopBit = %d, "
-              "flowcontrol = %d, ensoftAddr = %d, softAddr = %d, softBaudEnable = %d, softBaudIndex "
-              "= %d, protocoltype = %d where idx = 1;",
-              FIELDS(version, domesize, domespeedmode, Language, DomeAddr, baud, parity, dataBit, stopBit,
-                     flowcontrol, ensoftAddr, softAddr, softBaudEnable, softBaudIndex, protocoltype))),
+namespace more {
 
-    // What a dome shows on the picture.
-    TABLE(single_row, dome.osd, .number = 77, .get = "db_get_ipdome_osdparam",
-          .set = "db_save_ipdome_osdparam", .says = {.write = "ipdome_osdparam_table failed\n"},
-          .graded = true, .count = SQL("select count(*) from ipdome_osdparam_table;"),
-          .fill = SQL("insert into ipdome_osdparam_table(idx, presetlable, zonelable, zoom, pt, direction, "
-                      "alarm, dt, remote_ctrl, pt_mode, marginis_enable) values(1, 0, 0, 0, 0, 0, 0, 0, 0, "
-                      "0, 0);"),
-          .save = SAVE("update ipdome_osdparam_table set presetlable = %d, zonelable = %d, zoom = %d, pt = "
-                       "%d, direction = %d, alarm = %d, dt = %d, remote_ctrl = %d, pt_mode = %d, "
-                       "marginis_enable = %d where idx = 1;",
-                       FIELDS(presetlable, zonelable, zoom, pt, direction, alarm, dt, remote_ctrl, pt_mode,
-                              marginis_enable))),
+constexpr Messages kSays{.write = "SQL error:%s\n"};
+constexpr Messages kSceneModeSays{.save_key = " db_set_multi_ccd_demo_ccdpara_cfg_single scene_no%d err\n",
+                                  .load_key = " db_get_multi_ccd_demo_ccdpara_cfg mode%d err\n",
+                                  .wrapper = " db_set_multi_ccd_demo_ccdpara_cfg_single scene_no%d err\n"};
 
-    // The other settings of a dome: infrared light, temperature, fan, lens correction, flicker.
-    TABLE(single_row, dome.other, .number = 82, .get = "db_get_ipdome_other", .set = "db_save_ipdome_other",
-          .says = {.write = "ipdome_ir_table failed\n"}, .graded = true,
-          .save = SAVE("replace into ipdome_ir_table (idx, controlmode, brigheness, sensitivenesslevel, "
-                       "temp_ctrl_mode, fan_mode, ldc_mode, vga_mode, anti_flicker, ptz_enable_ctrl) "
-                       "values(1, %d, %d, %d, %d, %d, %d, %d, %d, %d);",
-                       FIELDS(controlmode, brigheness, sensitivenesslevel, temp_ctrl_mode, fan_mode, ldc_mode,
-                              vga_mode, anti_flicker, ptz_enable_ctrl))),
-
+constexpr Table kTables[] = {
     // Whether the RS-485 port is on: one column of serial_config_table; a missing row stays missing.
-    TABLE_BY(
-        single_row, ptz.serial, (always("serial_type", 2)), .number = 156,
-        .get = "db_get_sdi_485_enable_config", .set = "db_save_sdi_485_enable_config",
-        .says = {.write = "SQL error:%s\n"},
-        .save = SAVE("update serial_config_table set rs485_enable=%d where serial_type=2;", F(rs485_enable)),
-        .load = SQL("select rs485_enable from serial_config_table where serial_type=2;")),
+    UPDATE_ONLY_BY(single_row, ptz.serial, (always("serial_type", 2)), 156, "db_get_sdi_485_enable_config",
+                   "db_save_sdi_485_enable_config",
+                   .save = SAVE("update serial_config_table set rs485_enable=%d where serial_type=2;", F(rs485_enable)),
+                   .load = SQL("select rs485_enable from serial_config_table where serial_type=2;")),
 
     // The serial port of a channel.
-    TABLE_BY(per_channel, ptz.edu_serial, (outer("chn_no")), .number = 191, .get = "db_get_edu_serial_config",
-             .set = "db_set_edu_serial_config", .says = {.write = "SQL error:%s\n"},
-             .load = SQL("select * from edu_serial_config_table;"), .load_body = edu_serial::load,
-             .save_body = edu_serial::save),
+    REPLACE_BY(per_channel, ptz.edu_serial, (always("idx", 1), outer("chn_no"), only("serial_type", 1)), 191,
+               "db_get_edu_serial_config", "db_set_edu_serial_config", .single = "",
+               .save = SAVE("replace into edu_serial_config_table (idx, chn_no, serial_type, baudrateIdx, databits, stopbits, parity, flowcontrol, rs232_mode, rs232_address) values(%d, %d, %d, %d, %d, %d, %d, %d, %d, %d);",
+                            PORT_BITS(attribute), FIELDS(rs232_mode, rs232_address))),
+
+    // The wiper; its row has the number 0, and `idx` is a value.
+    REPLACE_BY(single_row, ptz.wiper, (always("id", 0)), 127, "db_get_wiper_config", "db_save_wiper_config",
+               .save = SAVE("replace into wiper (id, idx, mode, speed, count, cycle_interval_time, cycle_time) values(%d, %d, %d, %d, %d, %d, %d);",
+                            FIELDS(idx, mode, speed, count, cycle_interval_time, cycle_time))),
+
+    // Where the pan and tilt motors stand, and their full turns in steps.
+    REPLACE(single_row, ptz.pt_config, 145, "db_get_ipc_pt_config", "db_save_ipc_pt_config",
+            .save = SAVE("replace into ipc_pt_config (idx, pt_p_position, pt_t_position, pt_p_totalsteps, pt_t_totalsteps) values(%d, %d, %d, %d, %d);",
+                         FIELDS(pt_p_position, pt_t_position, pt_p_totalsteps, pt_t_totalsteps))),
+
+    // The position from which the heat map is taken.
+    REPLACE_BY(single_row, ptz.heatmap_ptz, (always("idx", 1), always("chan_no", 1)), 177, "db_get_heatmap_ptz_config",
+               "db_save_heatmap_ptz_cfg",
+               .save = SAVE("replace into heatmap_ptz_config (idx, chan_no, enable, scene_name, scene_id, pan_pos, tilt_pos, zoom_pos, focus_pos) values(%d, %d, %d, '%q', %d, %d, %d, %d, %d);",
+                            FIELDS(enable, scene_name, scene_id, pan_pos, tilt_pos, zoom_pos, focus_pos))),
+
+    // Whether the picture shows a compass.
+    REPLACE(single_row, ptz.displayElectronicCompass, 204, "db_get_display_electronic_compass",
+            "db_set_display_electronic_compass",
+            .save = SAVE("replace into display_electronic_compass_table (idx, displayElectronicCompass) values(%d, %d);",
+                         ROW_ITSELF("displayElectronicCompass"))),
+
+    // The lamp panel on the RS-485 port.
+    REPLACE(single_row, ptz.rs485_led, 225, "db_get_rs485_led_config", "db_set_rs485_led_config",
+            .save = SAVE("replace into rs485_led_config (idx, rs485_led_enable, display_osd_enable, auto_syn_time, osd_position_x, osd_position_y, timing_type) values(%d, %d, %d, %d, %d, %d, %d);",
+                         FIELDS(rs485_led_enable, display_osd_enable, auto_syn_time, osd_position_x, osd_position_y,
+                                timing_type))),
+
+    // How the pictures of the sensors make one panorama; angles in degrees.
+    REPLACE_BY(single_row, ptz.panoram, (always("idx", 1), always("chan_no", 1)), 226, "db_get_panoram_param_cfg",
+               "db_save_panoram_param_cfg",
+               .save = SAVE("replace into panoram_param_config (idx, chan_no, panoram_mode, panoram_angle_range, panoram_width, panoram_Height, original_width, original_height, t_angle, h_fov, w_fov) values(%d, %d, %d, %d, %d, %d, %d, %d, %f, %f, %f);",
+                            FIELDS(panoram_mode, panoram_angle_range, panoram_width, panoram_Height, original_width,
+                                   original_height, t_angle, h_fov, w_fov))),
+
+    // The position that replaces the one of the GPS receiver.
+    REPLACE(single_row, ptz.revise_gps, 227, "db_get_revise_gps_param", "db_save_revise_gps_param",
+            .save = SAVE("replace into revise_gps_param_config (idx, revise_enable, longitude_degree, longitude_minute, longitude_second, latitude_degree, latitude_minute, latitude_second, revise_mode) values(%d, %d, %d, %d, %f, %d, %d, %f, %d);",
+                         FIELDS(revise_enable, longitude_degree, longitude_minute, longitude_second, latitude_degree,
+                                latitude_minute, latitude_second, revise_mode))),
+
+    // Where the camera's north is.
+    REPLACE(single_row, ptz.revise_compass, 232, "db_get_reviseCompass_param_config",
+            "db_set_reviseCompass_param_config",
+            .save = SAVE("replace into revise_compass (idx, revise_mode, position_pan) values(%d, %d, %d);",
+                         FIELDS(revise_mode, position_pan))),
+
+    // Several sensors that take turns: by preset, by the clock.
+    REPLACE(single_row, ptz.multi_ccd, 246, "db_get_multi_ccd_cfg", "db_set_multi_ccd_cfg",
+            .save = SAVE("replace into multi_ccd_config (idx, b_enable_preset, b_timer_switch) values(%d, %d, %d);",
+                         FIELDS(b_enable_preset, b_timer_switch))),
+
+    // The scene of each time of the day.
+    REPLACE(list, ptz.multi_ccd.time_switch, 247, "db_get_multi_ccd_time_switch_cfg",
+            "db_set_multi_ccd_time_switch_cfg", .says = {.load_row = " db_get_multi_ccd_time_switch_cfg idx(%d) err\n"},
+            .save = SAVE("replace into multi_ccd_time_switch_config (idx, b_timer_seg, switch_scene, startTime, stopTime) values(%d, %d, %d, %d, %d);",
+                         FIELDS(b_timer_seg, switch_scene, startTime, stopTime))),
+
+    // The scene of each time of the day at a preset; the rows of all presets are numbered through, and each says
+    // whether its preset is linked.
+    REPLACE_BY(list, ptz.multi_ccd.preset_switch, (across("idx", inner, third)), 248,
+               "db_get_multi_ccd_preset_switch_param_cfg", "db_set_multi_ccd_preset_switch_param_cfg",
+               .says = {.load_row = " db_get_multi_ccd_preset_switch_param_cfg preset_idx(%o) err\n"},
+               .rows = std::size(MultiCcdPresetSwitch{}.segment),
+               .save = PUTS(PUT_BLOCK(1, std::size(MultiCcdPresetSwitch{}.segment), sizeof(MultiCcdSegment),
+                                      "replace into multi_ccd_preset_switch_param_config (idx, b_link, link_preset_index, b_timer_seg, switch_scene, startTime, stopTime) values(%d, %d, %d, %d, %d, %d, %d);",
+                                      of_holder(F(b_link)), of_holder(F(link_preset_index)),
+                                      FIELDS(segment[0].b_timer_seg, segment[0].switch_scene, segment[0].startTime,
+                                             segment[0].stopTime)))),
+
+    // The picture settings of each scene mode.
+    REPLACE_BY(per_element, ptz.multi_ccd.scene_mode, (outer("mode", 0), outer("idx")), 249,
+               "db_get_multi_ccd_demo_ccdpara_cfg", "db_set_multi_ccd_demo_ccdpara_cfg", .says = kSceneModeSays,
+               .save = SAVE("replace into multi_ccd_demo_ccdpara_config (idx, mode, brightnessLevel, contrastLevel, sharpnessLevel, saturationLevel, whiteBalanceMode, whiteBalanceModeRGain, whiteBalanceModeBGain, WDREnabled, WDRLevel1, dayNightFilterType, beginTime, endTime, beginTimeMin, beginTimeSec, endTimeMin, endTimeSec, nightToDayFilterLevel, dayNightFilterTime, BacklightMode, DigitalNoiseRemoveEnable, DigitalNoiseRemoveLevel, SpectralLevel, TemporalLevel, DehazeMode, dehaze_level, smartIR, lightInhibitionEnable, low_light_limit, low_light_limit_level, focus_mode, min_focus_distance, zoom_speed_level, exposure_mode_set, shutter_set, ir_control_mode, ir_brightness_limit, iris_set, ipdome_gain_set, gain_limit, image_stabilization_mode, laser_control_mode, laser_brightness_limit, iris_max_limit, iris_min_limit, shutter_max_limit, shutter_min_limit, whitelight_mode, whitelight_brightness_limit, whitelight_begintime, whitelight_endtime) values(%d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d);", FIELDS(brightnessLevel,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         contrastLevel,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         sharpnessLevel,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         saturationLevel,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         whiteBalanceMode,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         whiteBalanceModeRGain,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         whiteBalanceModeBGain,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         WDREnabled,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         WDRLevel1,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         dayNightFilterType,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         beginTime,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         endTime,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         beginTimeMin,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         beginTimeSec,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         endTimeMin,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         endTimeSec,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         nightToDayFilterLevel,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         dayNightFilterTime,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         BacklightMode,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         DigitalNoiseRemoveEnable,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         DigitalNoiseRemoveLevel,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         SpectralLevel,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         TemporalLevel,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         DehazeMode,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         dehaze_level,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         smartIR,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         lightInhibitionEnable,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         low_light_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         low_light_limit_level,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         focus_mode,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         min_focus_distance,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         zoom_speed_level,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         exposure_mode_set,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         shutter_set,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         ir_control_mode,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         ir_brightness_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         iris_set,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         ipdome_gain_set,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         gain_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         image_stabilization_mode,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         laser_control_mode,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         laser_brightness_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         iris_max_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         iris_min_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         shutter_max_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         shutter_min_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         whitelight_mode,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         whitelight_brightness_limit,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         whitelight_begintime,
+                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                         whitelight_endtime))),
 };
+
+}  // namespace more
+
+constexpr std::span<const Table> kGroups[] = {ports::kTables, more::kTables};
 
 }  // namespace
 
-const std::span<const Table> kPtzTables = kTables;
+const Domain kPtzTables = kGroups;
+
+}  // namespace dbshell
