@@ -3,351 +3,270 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <cstring>
-#include <limits>
-#include <vector>
 
+#include "DB_uni_process.h"
 #include "catalogue.h"
-#include "log.h"
+#include "messages.h"
+#include "record_copy.h"
 #include "sec_db_enc.h"
 #include "state.h"
 #include "store.h"
+#include "walk.h"
+
+namespace dbshell {
 
 namespace {
 
-constexpr const char* kSourceFile = "main/dbshell.c";
+// Serves all rows of all saves: they run one at a time, under g_db_mutexsem.
+Values scratch;
 
-// ------------------------------------------------------------------------------------- executable texts
-
-// A piece of the text with every conversion as a numbered parameter; they are numbered through the whole
-// text.
-std::string parametrised(const SqlText& sql, std::string_view piece) {
-    std::string out;
-    const char* from = piece.data();
-    const char* const end = piece.data() + piece.size();
-    int parameter = 0;
-    for (std::size_t i = 0; i < sql.slots; ++i) {
-        const Slot& s = sql.slot[i];
-        if (s.conversion.kind == 0)
-            continue;
-        ++parameter;
-        if (s.value.data() < from || s.value.data() >= end)
-            continue;
-        out.append(from, s.value.data());
-        out += '?' + std::to_string(parameter);
-        from = s.value.data() + s.value.size();
-    }
-    return out.append(from, end);
-}
-
-std::string parametrised(const SqlText& sql) {
-    return parametrised(sql, sql.text);
-}
-
-// Each stored column against its value, as conditions.
-std::string conditions(const SqlText& sql, const char* comparison, const char* joint) {
-    std::string out;
-    int parameter = 0;
-    for (std::size_t i = 0; i < sql.slots; ++i) {
-        const Slot& s = sql.slot[i];
-        parameter += s.conversion.kind != 0;
-        if (s.where)
-            continue;
-        if (!out.empty())
-            out += joint;
-        out.append(s.column).append(comparison);
-        if (s.conversion.kind != 0)
-            out += '?' + std::to_string(parameter);
-        else
-            out += s.value;
-    }
-    return out;
-}
-
-bool stores(const Statement& statement) {
-    return statement.verb == Verb::update || statement.verb == Verb::replace;
-}
-
-// Asks whether a storing statement would change anything: 1 or 0.  SQLite compares with the columns'
-// affinity, so what it compares is what it would store.
-std::string change_query(const SqlText& sql) {
-    const std::string rows = "exists (select 1 from " + std::string(sql.table) + " ";
-    if (sql.verb == Verb::replace)
-        return "select not " + rows + "where " + conditions(sql, " = ", " and ") + ")";
-    return "select " + rows +
-           (sql.where_clause.empty() ? "where (" : parametrised(sql, sql.where_clause) + " and (") +
-           conditions(sql, " is not ", " or ") + "))";
-}
-
-sqlite3_stmt* prepared_statement(const Statement& statement) {
-    sqlite3_stmt* s = db_prepared(&statement);
-    return s != nullptr ? s : db_prepare(&statement, parametrised(SqlText(statement.text)));
-}
-
-// Found by the address of the statement's text, as the statement itself is by its own.
-sqlite3_stmt* prepared_change_query(const Statement& statement) {
-    sqlite3_stmt* s = db_prepared(statement.text.data());
-    return s != nullptr ? s : db_prepare(statement.text.data(), change_query(SqlText(statement.text)));
-}
-
-// "delete from TABLE ..." for the rows that "select count(*) from TABLE ..." counts.
-std::string delete_text(const Statement& count) {
-    return "delete" + std::string(count.text.substr(count.text.find(" from ")));
-}
-
-// ------------------------------------------------------------------------------------- values
-
-const std::byte* address_of(const Field& field, const std::byte* row, RowIndex index) {
-    if (!field.absolute)
-        return row + field.offset;
-    return reinterpret_cast<const std::byte*>(get_cfg_param()) + field.offset +
-           static_cast<std::size_t>(index.outer) * field.stride +
-           static_cast<std::size_t>(index.inner) * field.inner_stride;
-}
-
-// The characters of a fixed-size array up to its end or its first NUL, read once.
-std::string text_of(const std::byte* at, std::size_t size) {
-    std::string copy(reinterpret_cast<const char*>(at), size);
-    copy.resize(strnlen(copy.data(), size));
-    return copy;
-}
-
-// The text that a field is stored as.
-std::string stored_text(const Field& field, const std::byte* at) {
-    std::string text;
-    if (field.kind == Kind::coded)
-        field.codec->encode(*field.codec, at, text);
-    else
-        text = text_of(at, field.size);
-    if (field.encrypted == 0)
-        return text;
-    std::string output(field.encrypted, '\0');
-    db_encrypt(text.c_str(), output.data(), static_cast<int>(text.size()), field.encrypted);
-    output.resize(strnlen(output.data(), output.size()));
-    return output;
-}
-
-// The value that a conversion would print, as a number.
-int64_t stored_number(const Conversion& conversion, int64_t number) {
-    switch (conversion.kind) {
-        case 'd':
-            return static_cast<int32_t>(number);
-        case 'u':
-            return static_cast<uint32_t>(number);
-        default:
-            return number;
-    }
-}
-
-int64_t field_number(const Field& field, const std::byte* row, RowIndex index) {
-    return field.constant ? field.value : read_number(field.kind, address_of(field, row, index));
-}
-
-struct Value {
-    bool is_text = false;
-    int64_t number = 0;
-    std::string text;
-};
-
-// The values of a statement's parameters, each read once: another process may write the record meanwhile.
-std::vector<Value> values_of(const Statement& statement, const std::byte* row, RowIndex index) {
-    std::vector<Value> values(statement.params.size());
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const Param& p = statement.params[i];
-        const Field* field = p.is_key ? nullptr : &statement.fields[p.index];
-        Value& v = values[i];
-        v.is_text = p.conversion.quoted;
-        if (field != nullptr && field->textual()) {
-            v.text = stored_text(*field, address_of(*field, row, index));
-            continue;
-        }
-        v.number = stored_number(p.conversion, field == nullptr ? index.key(statement.keys[p.index])
-                                                                : field_number(*field, row, index));
-        if (v.is_text)
-            v.text = std::to_string(v.number);
-    }
-    return values;
-}
-
-// The values must live until the statement is reset.
-int bind(sqlite3_stmt* s, const std::vector<Value>& values) {
-    int position = 0;
-    for (const Value& v : values) {
-        ++position;
-        const int rc = v.is_text ? sqlite3_bind_text(s, position, v.text.data(),
-                                                     static_cast<int>(v.text.size()), SQLITE_STATIC)
-                                 : sqlite3_bind_int64(s, position, v.number);
-        if (rc != SQLITE_OK)
-            return rc;
-    }
-    return SQLITE_OK;
-}
-
-// Runs a statement to its first row.  0 or SQLite's code, which is logged; the row's first column.
-int run(sqlite3_stmt* s, const std::vector<Value>& values, int* column = nullptr) {
-    if (s == nullptr)
-        return SQLITE_ERROR;
-    int rc = bind(s, values);
+// Runs a prepared statement to its first row, of which the first two columns are given back.  SQLite's code.
+int run(sqlite3_stmt* s, const Values& values, int64_t (*answer)[2] = nullptr) {
+    int rc = values.bind(s);
     if (rc == SQLITE_OK)
         rc = sqlite3_step(s);
-    if (rc == SQLITE_ROW && column != nullptr)
-        *column = sqlite3_column_int(s, 0);
+    if (rc == SQLITE_ROW && answer != nullptr)
+        for (int i = 0; i < 2; ++i)
+            (*answer)[i] = sqlite3_column_int64(s, i);
     rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
     sqlite3_reset(s);
     sqlite3_clear_bindings(s);
     return rc;
 }
 
-// Stores a column's text in a field.
-void load_text(const Field& field, std::string_view text, std::byte* at) {
-    std::string clear;
-    if (field.encrypted != 0) {
-        // As large as the longest clear text; the field or its list takes what it has room for.
-        clear.resize(kMaxStoredText + 1);
-        db_decrypt(text.data(), clear.data(), static_cast<int>(text.size()), static_cast<int>(clear.size()));
-        clear.resize(strnlen(clear.data(), clear.size()));
-        text = clear;
-    }
-    if (field.kind == Kind::coded)
-        return field.codec->decode(*field.codec, text, at);
-    const auto length = std::min<std::size_t>(text.size(), field.size);
-    std::memcpy(at, text.data(), length);
-    std::memset(at + length, 0, field.size - length);
+int run(const Statement& statement, Purpose purpose, const Values& values, int64_t (*answer)[2] = nullptr) {
+    int rc = SQLITE_OK;
+    sqlite3_stmt* s = prepared(statement, purpose, rc);
+    return s != nullptr ? run(s, values, answer) : rc;
 }
 
-// ------------------------------------------------------------------------------------- tables
+// Runs a count or a delete of an owner's rows.
+int run_for_owner(const Table& t, Purpose purpose, int outer, int64_t* count = nullptr) {
+    const KeyColumn* key = t.scope();
+    int rc = SQLITE_OK;
+    sqlite3_stmt* s = prepared(t.fill[0], purpose, rc, key);
+    if (s == nullptr)
+        return rc;
+    if (key != nullptr)
+        rc = sqlite3_bind_int(s, 1, (key->constant() ? 0 : outer) + key->bias);
+    if (rc == SQLITE_OK)
+        rc = sqlite3_step(s);
+    if (rc == SQLITE_ROW && count != nullptr)
+        *count = sqlite3_column_int64(s, 0);
+    rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
+    sqlite3_reset(s);
+    return rc;
+}
 
-// The messages that a shape brings where a table has none of its own.
+Status fill_row(const Table& t, const std::byte* base, Index index, Counts counts, const Statement** failed) {
+    const int row = index[t.row_level()];
+    for (const Statement& s : t.fill) {
+        if (!s.serves(row))
+            continue;
+        scratch.read(t, s, base, index, counts);
+        if (const int rc = run(s, Purpose::run, scratch); rc != SQLITE_OK) {
+            if (failed != nullptr)
+                *failed = &s;
+            return {Cause::default_row, rc};
+        }
+    }
+    return {};
+}
+
+// Visits the indexes of an owner's rows, or of all rows where there is no owner, in order, until one fails.
+template <class Visit>
+Status for_each_row(const Table& t, int outer, Counts counts, Visit visit) {
+    Index index{outer};
+    const int top = t.layout.owner == Owner::none ? 0 : 1;
+    const int deepest = t.row_level();
+    for (int level = top; level <= deepest; ++level)
+        if (counts[level] <= 0)
+            return {};
+    while (true) {
+        if (const Status s = visit(index); !s.ok())
+            return s;
+        int level = deepest;
+        while (level >= top && ++index[level] == counts[level])
+            index[level--] = 0;
+        if (level < top)
+            return {};
+    }
+}
+
+// How many of each level a save stores: as many as the device has.
+Status counts_of_save(const Table& t, std::string_view function, Counts& counts) {
+    counts = t.counts();
+    if (t.device_rows == DeviceCount::none)
+        return {};
+    if (t.device_rows == DeviceCount::event_sources || t.device_rows == DeviceCount::listed_sources) {
+        int sources = kVmChains;
+        if (get_event_source_count(&sources) == 0)
+            sources = std::clamp(sources, 0, kVmChains);
+        counts.sources = sources;
+        if (t.device_rows == DeviceCount::event_sources)
+            counts[t.outermost_level()] = sources;
+        return {};
+    }
+    int rows = 0;
+    const auto item = t.device_rows == DeviceCount::alarm_inputs ? kAlarmInputs : kAlarmOutputs;
+    if (get_hardware_count(item, &rows) != 0) {
+        log_table(t, function, t.device_silent);
+        return Cause::query;
+    }
+    counts[t.row_level()] = std::clamp(rows, 0, t.row_count());
+    return {};
+}
+
+Status write_rows(const Table& t, std::string_view function, int outer, Counts counts,
+                  const std::byte* base) {
+    if (t.strategy == Strategy::ensure || t.strategy == Strategy::top_up)
+        if (const Status s = ensure_rows(t, function, outer, counts); !s.ok())
+            return s;
+    return for_each_row(t, outer, counts, [&](Index index) {
+        for (const Statement& s : t.save) {
+            if (!s.serves(index[t.row_level()]))
+                continue;
+            if (const Status status = store_row(t, s, base, index, counts); !status.ok()) {
+                log_store_failure(t, s, function, status, base, index, counts, kError);
+                return status;
+            }
+        }
+        return Status();
+    });
+}
+
+// What the table's own messages call the owner's index that is out of range.
 const char* save_key_message(const Table& t) {
     if (t.says.save_key != nullptr)
         return t.says.save_key;
-    return t.layout.owner == Owner::sensor ? "Invalid sensor_no-%d\n" : "invalid chan_no: %d\n";
+    return t.layout.owner == Owner::sensor    ? "Invalid sensor_no-%d\n"
+           : t.layout.owner == Owner::channel ? "invalid chan_no: %d\n"
+                                              : nullptr;
 }
 
-const char* load_key_message(const Table& t) {
-    if (t.says.load_key != nullptr)
-        return t.says.load_key;
-    return t.layout.owner == Owner::sensor ? "invalid sensor_no: %d\n" : "invalid chan_no: %d\n";
-}
-
-std::string wrapper_message(const Table& t) {
+const char* wrapper_message(const Table& t) {
     if (t.says.wrapper != nullptr)
         return t.says.wrapper;
-    return std::string(t.single) +
-           (t.layout.owner == Owner::sensor ? " failed for sensor_no: %d\n" : " error for chan_no: %d\n");
+    return t.layout.owner == Owner::sensor    ? "%S failed for sensor_no: %d\n"
+           : t.layout.owner == Owner::channel ? "%S error for chan_no: %d\n"
+                                              : nullptr;
 }
 
-// How many outer indexes the table has now.
-int outer_count(const Table& t) {
-    return t.layout.owner == Owner::channel ? std::min<int>(channel_count(), t.layout.outer_count)
-                                            : t.layout.outer_count;
-}
-
-const KeyColumn* key_of(const Table& t, Dim dim) {
-    const auto found =
-        std::find_if(t.keys.begin(), t.keys.end(), [&](const KeyColumn& k) { return k.dim == dim; });
-    return found == t.keys.end() ? nullptr : &*found;
-}
-
-int write_rows(const Table& t, std::string_view function, int outer) {
-    if (!t.count.empty())
-        if (const Result r = ensure_rows(t, function, {outer}); r != kDone)
-            return result_of(t, r);
-    int rows = t.row_count();
-    if (t.device_rows != nullptr) {
-        if (!t.device_rows(&rows))
-            return result_of(t, kQueryFailed);
-        rows = std::clamp(rows, 0, t.row_count());
+// The rows of one owner with what belongs to them.
+Status save_owner(const Table& t, std::string_view function, int outer) {
+    std::byte* copy = take_from_record(t);
+    if (t.encryption_word)
+        reinterpret_cast<DEVICECONFIG*>(copy)->sec_lock_auth.db_enc_version = get_db_enc_version();
+    Counts counts;
+    if (const Status s = counts_of_save(t, function, counts); !s.ok())
+        return s;
+    const std::string worker = t.worker_set.empty() ? std::string(function) : std::string(t.worker_set);
+    const Status status =
+        t.strategy == Strategy::packed ? save_packed(t, copy) : write_rows(t, worker, outer, counts, copy);
+    if (!status.ok()) {
+        log_table(t, function, t.says.part, {.number = outer});
+        return status;
     }
-    for (int inner = 0; inner < rows; ++inner) {
-        for (const Statement& s : t.save) {
-            if (!s.serves(inner))
-                continue;
-            const RowIndex index{outer, inner};
-            const std::byte* row = row_at(t, s, index);
-            if (const int rc = execute(s, row, index); rc != SQLITE_OK) {
-                log_table(function, t.says.write, rc, rendered(s, row, index));
-                return result_of(t, kWriteFailed);
-            }
-        }
+    if (!save_schedules_of(t, outer, counts, copy))
+        return Cause::other;
+    const Table* next = find_function(t.then.function).table;
+    if (next != nullptr && save_table_single(*next, outer) != 0) {
+        log_table(t, function, t.then.message);
+        return Cause::other;
     }
-    return kDone;
-}
-
-// The index of the current row from its key columns; empty when it is out of range, which is logged.  A
-// row that does not tell its outer key, as in older schemas, belongs to `outer`.
-std::optional<RowIndex> index_of(const Table& t, const Rows& rows, int outer) {
-    RowIndex index{outer};
-    if (const KeyColumn* k = key_of(t, Dim::outer)) {
-        const int64_t i = rows.key(k->name, outer + k->bias) - k->bias;
-        if (i < 0 || i >= outer_count(t)) {
-            log_table(t.get, load_key_message(t), i);
-            return {};
-        }
-        index.outer = static_cast<int>(i);
-    }
-    if (const KeyColumn* k = key_of(t, Dim::inner)) {
-        const int64_t key = rows.key(k->name, 0);
-        const int64_t i = key - k->bias;
-        if (i < 0 || i >= t.row_count()) {
-            if (t.says.load_row != nullptr)
-                // A row's own type is told as it stands, a row's number as an index.
-                log_table(t.get, t.says.load_row, k->name == "idx" || k->bias == 0 ? i : key);
-            return {};
-        }
-        index.inner = static_cast<int>(i);
-    }
-    return index;
+    return {};
 }
 
 // Loads the rows that one query gives.
-int read_rows(const Table& t, Rows&& rows, int outer) {
-    int count = 0;
+Status read_rows(const Table& t, Rows&& rows, int outer) {
     // Without a key of its own the table is one row.
-    const bool keyed = key_of(t, Dim::outer) != nullptr || key_of(t, Dim::inner) != nullptr;
+    const bool keyed =
+        t.by_position || t.across_key() != nullptr || t.key_of(0) != nullptr || t.key_of(1) != nullptr;
     const int limit = keyed ? t.load_limit : 1;
+    Places places(t, outer);
+    int count = 0, filled = 0;
     while ((limit == 0 || count < limit) && rows.next()) {
         ++count;
-        const auto index = index_of(t, rows, outer);
-        if (!index) {
-            if (t.bad_key_ends_load)
-                return result_of(t, kBadKey);
-            continue;
+        if (!t.holds.empty()) {
+            filled = rows.read_groups(t, record_base(), filled);
+        } else if (const auto index = places.of(rows)) {
+            for (const Statement& s : t.save)
+                if (places.serves(s, rows, *index))
+                    rows.read(t, s, record_base(), *index);
+        } else if (places.owner_unknown() && t.bad_key_ends_load) {
+            return Cause::other;
         }
-        for (const Statement& s : t.save)
-            if (s.serves(index->inner))
-                rows.read(s, row_at(t, s, *index), *index);
     }
     if (rows.error() != SQLITE_OK) {
-        log_table(t.get, t.says.open, rows.error());
-        return result_of(t, kQueryFailed);
+        log_table(t, loading_function(t), t.says.open, {.number = rows.error()});
+        return {Cause::query, rows.error()};
     }
-    if (count == 0 && t.says.empty != nullptr)
-        log_table(t.get, t.says.empty);
-    return kDone;
+    if (count == 0)
+        log_table(t, loading_function(t), t.says.empty);
+    return {};
 }
 
-// A record that was wiped has lost the version word under which the database's texts are encrypted; they
-// are read and written under the word that is stored beside them, and never under a new one.
-void recover_encryption_version(const Table& t) {
-    const auto encrypts = [](const Statement& s) {
-        return std::any_of(s.fields.begin(), s.fields.end(), [](const Field& f) { return f.encrypted != 0; });
-    };
-    if (get_db_enc_version() != 0 || std::none_of(t.save.begin(), t.save.end(), encrypts))
-        return;
-    Rows rows(*table_by_number(kEncryptionVersionTable));
-    if (rows.next() && !rows.is_null(rows.column("db_enc_version")))
-        set_db_enc_version(static_cast<uint32_t>(rows.number(rows.column("db_enc_version"))));
-}
-
-int read_table(const Table& t) {
+Status read_table(const Table& t) {
     if (t.load.empty())
         return read_rows(t, Rows(t), 0);
-    const bool per_key = !t.load[0].params.empty();
-    for (int outer = 0; outer < (per_key ? outer_count(t) : 1); ++outer)
-        if (const int rc = read_rows(t, Rows(t.load[0], {outer}), outer); rc != kDone)
+    const KeyColumn* key = t.key_of(0);
+    const bool per_owner = key != nullptr && t.load[0].uses(static_cast<std::size_t>(key - t.keys.data()));
+    for (int outer = 0; outer < (per_owner ? owner_count(t) : 1); ++outer)
+        if (const Status s = read_rows(t, Rows(t, t.load[0], outer), outer); !s.ok())
+            return s;
+    return {};
+}
+
+// A table of an older schema need not be there any more.
+Status find_older(const Table& t, bool& there) {
+    int rc = SQLITE_OK;
+    sqlite3_stmt* s = prepared(t.load[0], Purpose::exists, rc);
+    if (s != nullptr) {
+        rc = sqlite3_bind_text(s, 1, t.name.data(), static_cast<int>(t.name.size()), SQLITE_STATIC);
+        if (rc == SQLITE_OK)
+            rc = sqlite3_step(s) == SQLITE_ROW ? SQLITE_OK : db_report_error();
+        there = rc == SQLITE_OK && sqlite3_column_int(s, 0) != 0;
+        sqlite3_reset(s);
+    }
+    if (rc != SQLITE_OK) {
+        log_table(t, t.get, t.says.count, {.number = rc});
+        return {Cause::other, rc};
+    }
+    if (!there)
+        log_table(t, t.get, " %T is not exist\n");
+    return {};
+}
+
+Status load(const Table& t) {
+    if (const Status s = ready(t, t.get); !s.ok())
+        return s;
+    if (t.of_older_schema) {
+        bool there = false;
+        if (const Status s = find_older(t, there); !s.ok() || !there)
+            return s;
+    }
+    const Status status = t.week_list != WeekList::none    ? load_week_list(t)
+                          : t.strategy == Strategy::packed ? load_packed(t)
+                                                           : read_table(t);
+    if (!status.ok())
+        return status;
+    if (t.encryption_word)
+        log_table(t, t.get, "\n\ndb_enc_version = %d\n\n", {.number = get_db_enc_version()});
+    return load_schedules_of(t) ? Status() : Cause::other;
+}
+
+// Every owner's rows of one entry; stops at the first that fails.
+int save_owners(const Table& t) {
+    if (t.layout.owner == Owner::none)
+        return save_table_single(t, 0);
+    for (int outer = 0; outer < owner_count(t); ++outer) {
+        if (const int rc = save_table_single(t, outer); rc != 0) {
+            if (t.has_single())
+                log_table(t, t.set, wrapper_message(t), {.number = outer});
             return rc;
-    return kDone;
+        }
+    }
+    return 0;
 }
 
 }  // namespace
@@ -355,37 +274,29 @@ int read_table(const Table& t) {
 // ------------------------------------------------------------------------------------- whole tables
 
 int load_table(const Table& t) {
-    if (const Result r = ready(t.get); r != kDone)
-        return result_of(t, r);
-    recover_encryption_version(t);
-    const int rc = t.load_body != nullptr ? t.load_body(t) : read_table(t);
-    return rc == kDone && t.also_load != nullptr ? t.also_load(t) : rc;
+    for (const Table* part = &t; part != nullptr; part = next_part(*part))
+        if (const int rc = result_of(part->graded.get, load(*part)); rc != 0)
+            return rc;
+    return 0;
 }
 
 int save_table(const Table& t) {
-    if (t.layout.owner == Owner::none)
-        return save_table_single(t, 0);
-    for (int outer = 0; outer < outer_count(t); ++outer) {
-        if (const int rc = save_table_single(t, outer); rc != kDone) {
-            if (!t.single.empty())
-                log_table(t.set, wrapper_message(t).c_str(), outer);
+    for (const Table* part = &t; part != nullptr; part = next_part(*part))
+        if (const int rc = save_owners(*part); rc != 0)
             return rc;
-        }
-    }
-    return kDone;
+    return 0;
 }
 
 int save_table_single(const Table& t, int outer) {
-    const std::string_view function = t.single.empty() ? t.set : t.single;
-    if (outer < 0 || outer >= outer_count(t)) {
-        log_table(function, save_key_message(t), outer);
-        return result_of(t, kBadKey);
+    const std::string function = t.has_single() ? single_name(t) : std::string(t.set);
+    if (outer < 0 || outer >= owner_count(t)) {
+        log_table(t, function, save_key_message(t), {.number = outer});
+        return -1;
     }
-    if (const Result r = ready(function); r != kDone)
-        return result_of(t, r);
-    recover_encryption_version(t);
-    const int rc = t.save_body != nullptr ? t.save_body(t, outer) : write_rows(t, function, outer);
-    return rc == kDone && t.also_save != nullptr ? t.also_save(t, outer) : rc;
+    Status status = ready(t, function);
+    if (status.ok())
+        status = save_owner(t, function, outer);
+    return result_of(t.graded.set, status);
 }
 
 std::optional<int> call_table_function(std::string_view name, int outer) {
@@ -403,252 +314,111 @@ std::optional<int> call_table_function(std::string_view name, int outer) {
     return {};
 }
 
-// ------------------------------------------------------------------------------------- for odd tables
+// ------------------------------------------------------------------------------------- one row
 
-int result_of(const Table& table, Result result) {
-    const bool access = result == kNoHandle || result == kNoRecord;
-    return result == kDone || table.graded || (table.graded_access && access) ? result : -1;
-}
-
-void log_table(std::string_view function, const char* message, int64_t number, const std::string& text,
-               int level) {
-    std::string line;
-    for (const char* c = message; *c != '\0'; ++c) {
-        if (c[0] == '%' && (c[1] == 'd' || c[1] == 's')) {
-            line += c[1] == 'd' ? std::to_string(number) : text;
-            ++c;
-        } else {
-            line += *c;
-        }
+Status store_row(const Table& t, const Statement& s, const std::byte* base, Index index, Counts counts) {
+    scratch.read(t, s, base, index, counts);
+    int64_t answer[2] = {};  // rows, changes
+    const bool fills = t.strategy == Strategy::fill_missing;
+    if (const int rc = run(s, Purpose::ask, scratch, &answer); rc != SQLITE_OK) {
+        // Whether the row can be looked for, or only its columns are not as told.
+        const bool found = !fills || run(s, Purpose::ask_rows, scratch) == SQLITE_OK;
+        return {found ? Cause::write : Cause::query, rc};
     }
-    DB_LOG_AS(level, std::string(function).c_str(), "%s", line.c_str());
+    if (fills && answer[0] == 0) {
+        if (const Status status = fill_row(t, base, index, counts, nullptr); !status.ok())
+            return status;
+        scratch.read(t, s, base, index, counts);
+        answer[1] = 1;
+    }
+    return answer[1] == 0 ? Status() : status_of(run(s, Purpose::run, scratch), Cause::write);
 }
 
-Result ready(std::string_view function) {
+void log_store_failure(const Table& t, const Statement& s, std::string_view function, Status status,
+                       const std::byte* base, Index index, Counts counts, int level) {
+    if (!s.function.empty())
+        function = s.function;
+    const Told told{.number = status.code()};
+    switch (status.cause()) {
+        case Cause::query:
+            return log_table(t, function, t.says.count, told);
+        case Cause::default_row:
+            return log_table(t, function, t.says.insert, told, level);
+        default:
+            return log_table(t, function, t.says.write,
+                             {.number = status.code(), .statement = rendered(t, s, base, index, counts)},
+                             level);
+    }
+}
+
+Status load_row(const Table& t, std::string_view function, std::byte* base, Index index) {
+    Rows rows(t, t.load[0], index);
+    if (rows.next())
+        rows.read(t, t.save[0], base, index);
+    if (rows.error() == SQLITE_OK)
+        return {};
+    log_table(t, function, t.says.open, {.number = rows.error()});
+    return {Cause::query, rows.error()};
+}
+
+Status ready(const Table& t, std::string_view function) {
     if (get_cfg_param() == nullptr) {
-        log_table(function, "get_cfg_param err\n");
-        return kNoRecord;
+        log_table(t, function, "get_cfg_param err\n");
+        return Cause::no_record;
     }
     if (get_db_handle() == nullptr) {
-        log_table(function, " get_db_handle err\n");
-        return kNoHandle;
+        log_table(t, function, " get_db_handle err\n");
+        return Cause::no_database;
     }
-    return kDone;
+    return {};
 }
 
-int execute(const Statement& statement, const std::byte* row, RowIndex index) {
-    const std::vector<Value> values = values_of(statement, row, index);
-    int changes = 1;
-    if (stores(statement))
-        if (const int rc = run(prepared_change_query(statement), values, &changes); rc != SQLITE_OK)
-            return rc;
-    return changes != 0 ? run(prepared_statement(statement), values) : SQLITE_OK;
+// ------------------------------------------------------------------------------------- between the files
+
+int owner_count(const Table& t) {
+    return t.layout.owner == Owner::channel ? std::min(channel_count(), t.count(0))
+           : t.layout.owner == Owner::none  ? 1
+                                            : t.count(0);
 }
 
-int count_rows(const Statement& statement, RowIndex index, int64_t& count) {
-    Rows rows(statement, index);
-    if (!rows.next())
-        return rows.error() != SQLITE_OK ? rows.error() : SQLITE_ERROR;
-    count = rows.number(0);
-    return SQLITE_OK;
+std::byte* record_base() {
+    return reinterpret_cast<std::byte*>(get_cfg_param());
 }
 
-Result ensure_rows(const Table& t, std::string_view function, RowIndex index) {
+Status ensure_rows(const Table& t, std::string_view function, int outer, Counts counts) {
+    int64_t wanted = 1;
+    for (int level = t.layout.owner == Owner::none ? 0 : 1; level <= t.row_level(); ++level)
+        wanted *= counts[level];
+    if (wanted == 0)
+        return {};
     int64_t count = 0;
-    if (const int rc = count_rows(t.count[0], index, count); rc != SQLITE_OK) {
-        log_table(function, t.says.count, rc);
-        return kQueryFailed;
+    if (const int rc = run_for_owner(t, Purpose::count, outer, &count); rc != SQLITE_OK) {
+        log_table(t, function, t.says.count, {.number = rc});
+        return {Cause::query, rc};
     }
+    const bool adds = t.strategy == Strategy::top_up;
     // An update that names no row sets the key of every row: only one may be there.
-    const bool one_only = !t.top_up && !t.save.empty() && SqlText(t.save[0].text).where_clause.empty();
-    if (count >= t.row_count() && !(one_only && count > 1))
-        return kDone;
-    if (count > 0 && !t.top_up) {
-        const std::string text = delete_text(t.count[0]);
-        Statement remove = t.count[0];
-        remove.text = text;
-        sqlite3_stmt* s = nullptr;
-        const std::string sql = parametrised(SqlText(text));
-        int rc = sqlite3_prepare_v2(get_db_handle(), sql.c_str(), static_cast<int>(sql.size()), &s, nullptr);
-        if (rc == SQLITE_OK)
-            rc = bind(s, values_of(remove, nullptr, index));
-        if (rc == SQLITE_OK)
-            rc = sqlite3_step(s) == SQLITE_DONE ? SQLITE_OK : db_report_error();
-        sqlite3_finalize(s);
-        if (rc != SQLITE_OK) {
-            log_table(function,
-                      t.says.remove != nullptr ? t.says.remove
-                                               : ("delete " + std::string(t.name) + " err \n").c_str(),
-                      rc);
-            return kDeleteFailed;
+    const bool one_only = !adds && !t.save.empty() && !t.save[0].has_condition();
+    if (count >= wanted && !(one_only && count > 1))
+        return {};
+    if (count > 0 && !adds) {
+        if (const int rc = run_for_owner(t, Purpose::remove, outer); rc != SQLITE_OK) {
+            log_table(t, function, t.says.remove, {.number = rc});
+            return {Cause::remove, rc};
         }
         count = 0;
     }
-    for (int inner = static_cast<int>(count); inner < t.row_count(); ++inner) {
-        for (const Statement& s : t.fill) {
-            if (!s.serves(inner))
-                continue;
-            RowIndex row = index;
-            row.inner = inner;
-            if (const int rc = execute(s, nullptr, row); rc != SQLITE_OK) {
-                log_table(function,
-                          t.says.insert != nullptr
-                              ? t.says.insert
-                              : ("insert into " + std::string(t.name) + " err \n").c_str(),
-                          rc, rendered(s, nullptr, row));
-                return kInsertFailed;
-            }
-        }
-    }
-    return kDone;
+    int64_t row = 0;
+    return for_each_row(t, outer, counts, [&](Index index) {
+        if (row++ < count)
+            return Status();
+        const Statement* failed = nullptr;
+        const Status status = fill_row(t, nullptr, index, counts, &failed);
+        if (!status.ok())
+            log_table(t, function, t.says.insert,
+                      {.number = status.code(), .statement = rendered(t, *failed, nullptr, index, counts)});
+        return status;
+    });
 }
 
-namespace {
-
-// A character of a value as a log line shows it: quotes as SQL doubles them, no control byte as it is.
-void append_shown(std::string& out, char c) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7F)
-        out.append("\\x").append(1, kDigits[byte / 16]).append(1, kDigits[byte % 16]);
-    else
-        out.append(c == '\'' ? 2 : 1, c);
-}
-
-}  // namespace
-
-std::string rendered(const Statement& statement, const std::byte* row, RowIndex index) {
-    const SqlText sql(statement.text);
-    std::string out;
-    const char* from = sql.text.data();
-    std::size_t n = 0;
-    for (std::size_t i = 0; i < sql.slots; ++i) {
-        const Slot& s = sql.slot[i];
-        if (s.conversion.kind == 0)
-            continue;
-        out.append(from, s.value.data());
-        from = s.value.data() + s.value.size();
-        const Param& p = statement.params[n++];
-        const Field* field = p.is_key ? nullptr : &statement.fields[p.index];
-        if (s.conversion.quoted)
-            out += '\'';
-        if (field != nullptr && field->secret()) {
-            out += "***";
-        } else if (field != nullptr && field->textual()) {
-            for (const char c : stored_text(*field, address_of(*field, row, index)))
-                append_shown(out, c);
-        } else {
-            out += std::to_string(stored_number(p.conversion, field == nullptr
-                                                                  ? index.key(statement.keys[p.index])
-                                                                  : field_number(*field, row, index)));
-        }
-        if (s.conversion.quoted)
-            out += '\'';
-    }
-    out.append(from, sql.text.data() + sql.text.size());
-    return out;
-}
-
-std::byte* row_at(const Table& t, const Statement& s, RowIndex index) {
-    return reinterpret_cast<std::byte*>(get_cfg_param()) + t.layout.base +
-           static_cast<std::size_t>(index.outer) * t.layout.outer_stride +
-           static_cast<std::size_t>(index.inner + 1 - s.origin) * s.stride;
-}
-
-Rows::Rows(const Table& table) {
-    statement_ = db_prepared(&table);
-    if (statement_ == nullptr)
-        statement_ = db_prepare(&table, "select * from " + std::string(table.name));
-    if (statement_ == nullptr)
-        error_ = SQLITE_ERROR;
-}
-
-Rows::Rows(const Statement& statement, RowIndex index) {
-    statement_ = prepared_statement(statement);
-    error_ = statement_ == nullptr ? SQLITE_ERROR : bind(statement_, values_of(statement, nullptr, index));
-}
-
-Rows::~Rows() {
-    if (statement_ != nullptr)
-        sqlite3_reset(statement_);
-}
-
-bool Rows::next() {
-    if (error_ != SQLITE_OK)
-        return false;
-    const int rc = sqlite3_step(statement_);
-    if (rc != SQLITE_ROW && rc != SQLITE_DONE)
-        error_ = db_report_error();
-    return rc == SQLITE_ROW;
-}
-
-int Rows::column(std::string_view name) const {
-    const int columns = sqlite3_column_count(statement_);
-    for (int i = 0; i < columns; ++i)
-        if (sqlite3_strnicmp(sqlite3_column_name(statement_, i), name.data(),
-                             static_cast<int>(name.size())) == 0 &&
-            sqlite3_column_name(statement_, i)[name.size()] == '\0')
-            return i;
-    return -1;
-}
-
-bool Rows::is_null(int column) const {
-    return column < 0 || sqlite3_column_type(statement_, column) == SQLITE_NULL;
-}
-
-std::string_view Rows::text(int column) const {
-    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-    return bytes != nullptr ? std::string_view(bytes) : std::string_view();
-}
-
-int64_t Rows::number(int column) const {
-    switch (sqlite3_column_type(statement_, column)) {
-        case SQLITE_INTEGER:
-            return sqlite3_column_int64(statement_, column);
-        case SQLITE_FLOAT:
-            return number_of(sqlite3_column_double(statement_, column));
-        default:
-            return number_of(text(column));
-    }
-}
-
-int64_t Rows::key(std::string_view name, int64_t missing) const {
-    const int i = column(name);
-    if (is_null(i))
-        return missing;
-    return std::clamp<int64_t>(number(i), std::numeric_limits<int32_t>::min(),
-                               std::numeric_limits<int32_t>::max());
-}
-
-void Rows::read(const Statement& statement, std::byte* row, RowIndex index) {
-    const std::vector<int>& columns = map_of(statement);
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        const Param& p = statement.params[i];
-        if (p.is_key)
-            continue;
-        const Field& field = statement.fields[p.index];
-        if (field.constant)
-            continue;
-        auto* at = const_cast<std::byte*>(address_of(field, row, index));
-        if (is_null(columns[i])) {
-            if (field.kind == Kind::coded && field.codec->absent != nullptr)
-                field.codec->absent(at);
-        } else if (field.textual()) {
-            load_text(field, text(columns[i]), at);
-        } else {
-            write_number(field.kind, at, number(columns[i]));
-        }
-    }
-}
-
-const std::vector<int>& Rows::map_of(const Statement& statement) {
-    for (const auto& [known, columns] : maps_)
-        if (known == &statement)
-            return columns;
-    std::vector<int> columns;
-    const SqlText sql(statement.text);
-    for (std::size_t i = 0; i < sql.slots; ++i)
-        if (sql.slot[i].conversion.kind != 0)
-            columns.push_back(column(sql.slot[i].column));
-    return maps_.emplace_back(&statement, std::move(columns)).second;
-}
+}  // namespace dbshell

@@ -1,0 +1,99 @@
+#include "statements.h"
+
+#include <sqlite3.h>
+
+#include <functional>
+
+#include "store.h"
+
+namespace dbshell {
+
+namespace {
+
+// The text from one place to another, with every conversion as a numbered parameter; they are numbered through the
+// whole text.
+std::string parametrised(const Statement& s, std::size_t from, std::size_t end) {
+    std::string out;
+    int parameter = 0;
+    for (const Slot& slot : s.slots) {
+        if (!slot.bound())
+            continue;
+        ++parameter;
+        if (slot.value_at < from || slot.value_at >= end)
+            continue;
+        out.append(s.text, from, slot.value_at - from);
+        out += '?' + std::to_string(parameter);
+        from = slot.value_at + std::size_t{slot.value_size};
+    }
+    return out.append(s.text, from, end - from);
+}
+
+// Each stored column against its value, as conditions.
+std::string conditions(const Statement& s, const char* comparison, const char* joint) {
+    std::string out;
+    int parameter = 0;
+    for (const Slot& slot : s.slots) {
+        parameter += slot.bound() ? 1 : 0;
+        if (slot.role != SlotRole::stored)
+            continue;
+        if (!out.empty())
+            out += joint;
+        out.append(s.column(slot)).append(comparison);
+        if (slot.bound())
+            out += '?' + std::to_string(parameter);
+        else
+            out += s.value(slot);
+    }
+    return out;
+}
+
+// The rows that a statement names, from "from" on.
+std::string rows_named(const Statement& s) {
+    const std::size_t where = s.has_condition() ? s.text.find(" where ") : std::string_view::npos;
+    return " from " + std::string(s.table) +
+           (where == std::string_view::npos ? "" : parametrised(s, where, s.text.size() - 1));
+}
+
+// SQLite compares with the columns' affinity, so what it compares is what it would store.
+std::string question(const Statement& s) {
+    if (s.verb == Verb::replace)
+        return "select 1, not exists (select 1 from " + std::string(s.table) + " where " +
+               conditions(s, " = ", " and ") + ")";
+    return "select count(*), total(" + conditions(s, " is not ", " or ") + ")" + rows_named(s);
+}
+
+std::string rows_of(const Statement& s, const KeyColumn* owner_key) {
+    return " from " + std::string(s.table) +
+           (owner_key == nullptr ? "" : " where " + std::string(owner_key->name) + " = ?1");
+}
+
+}  // namespace
+
+std::string executable(const Statement& s, Purpose purpose, const KeyColumn* owner_key) {
+    switch (purpose) {
+        case Purpose::run:
+            return parametrised(s, 0, s.text.size());
+        case Purpose::ask:
+            return question(s);
+        case Purpose::ask_rows:
+            return "select count(*)" + rows_named(s);
+        case Purpose::select_all:
+            return "select *" + rows_of(s, nullptr);
+        case Purpose::count:
+            return "select count(*)" + rows_of(s, owner_key);
+        case Purpose::remove:
+            return "delete" + rows_of(s, owner_key);
+        case Purpose::exists:
+            break;
+    }
+    return "SELECT COUNT(*) as count FROM sqlite_master WHERE type='table' and name= ?1;";
+}
+
+sqlite3_stmt* prepared(const Statement& statement, Purpose purpose, int& code, const KeyColumn* owner_key) {
+    const auto text = [&] { return executable(statement, purpose, owner_key); };
+    sqlite3_stmt* s = nullptr;
+    code = db_prepare({&statement, static_cast<int>(purpose)}, std::ref(text), &s);
+    return s;
+}
+
+}  // namespace dbshell

@@ -1,0 +1,32 @@
+// The catalogue's statements as SQLite runs them: the texts made from them, prepared once per connection.
+#ifndef ENGINE_STATEMENTS_H
+#define ENGINE_STATEMENTS_H
+
+#include "table.h"
+
+struct sqlite3_stmt;
+
+namespace dbshell {
+
+// What a prepared statement made from a catalogue's statement does.
+enum class Purpose : uint8_t {
+    run,         // the statement itself, every conversion a parameter
+    ask,         // the same parameters: how many rows an update is for, and how many it would change;
+                 //   of a replace, whether it would change anything
+    ask_rows,    // the same parameters: how many rows an update is for
+    select_all,  // every row of the statement's table
+    count,       // the rows of its table, of one owner where `owner_key` is given
+    remove,      // deletes those
+    exists,      // whether there is such a table, by its name
+};
+
+// Prepared for the open connection, which owns it; null with SQLite's code, which is logged.
+sqlite3_stmt* prepared(const Statement& statement, Purpose purpose, int& code,
+                       const KeyColumn* owner_key = nullptr);
+
+// The SQL text that is prepared.
+std::string executable(const Statement& statement, Purpose purpose, const KeyColumn* owner_key = nullptr);
+
+}  // namespace dbshell
+
+#endif

@@ -1,0 +1,66 @@
+// Between the files of the engine: the parts of a table's save and load that have a file of their own.
+#ifndef ENGINE_WALK_H
+#define ENGINE_WALK_H
+
+#include <optional>
+
+#include "rows.h"
+#include "status.h"
+
+namespace dbshell {
+
+// How many outer indexes the table has now.
+int owner_count(const Table& table);
+
+// The base of the record's own values.
+std::byte* record_base();
+
+// Afterwards the rows of an ensure or top-up table exist for one owner, or for the table that has none.
+Status ensure_rows(const Table& table, std::string_view function, int outer, Counts counts);
+
+// ------------------------------------------------------------------------------------- places.cpp
+
+// Finds for the rows of one load where each lies.
+class Places {
+  public:
+    // A row that does not tell its owner, as in older schemas, belongs to `outer`.
+    Places(const Table& table, int outer) : table_(table), outer_(outer) {}
+
+    // The row's index; empty when it has no place, which is logged where the table has a message for it.
+    [[nodiscard]] std::optional<Index> of(const Rows& rows);
+    // A row had an owner that there is not.
+    [[nodiscard]] bool owner_unknown() const { return owner_unknown_; }
+    // The statement is for the row that of() found last.
+    [[nodiscard]] bool serves(const Statement& statement, const Rows& rows, Index index) const;
+
+  private:
+    const Table& table_;
+    const int outer_;
+    int count_ = 0;  // rows so far
+    int position_ = 0;
+    std::vector<std::pair<Index, int>> arrived_;  // rows of a block so far, by what holds the block
+    bool owner_unknown_ = false;
+
+    std::optional<Index> across(const Rows& rows, Index index);
+    bool upper_levels(const Rows& rows, Index& index);
+    bool row_level(const Rows& rows, Index& index);
+    bool block_row(const Rows& rows, Index& index);
+};
+
+// ------------------------------------------------------------------------------------- users.cpp
+
+// Tables whose entries are packed: those without a name are left out, the k-th that has one is row k.
+Status save_packed(const Table& table, std::byte* copy);
+Status load_packed(const Table& table);
+
+// ------------------------------------------------------------------------------------- schedules.cpp
+
+// Saves the schedules of an owner's rows, as many rows as `counts` tells.  Logs what fails.
+bool save_schedules_of(const Table& table, int outer, Counts counts, const std::byte* copy);
+// Loads those that are not loaded with all others.
+bool load_schedules_of(const Table& table);
+Status load_week_list(const Table& table);
+
+}  // namespace dbshell
+
+#endif
