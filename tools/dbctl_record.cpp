@@ -8,15 +8,16 @@
 #include <optional>
 #include <set>
 
+#include "catalogue.h"
 #include "dbctl_commands.h"
 #include "dbctl_output.h"
 #include "request_kinds.h"
 #include "shared_objects.h"
-
-// Behind the others: the words of the catalogue are macros.
-#include "catalogue.h"
+#include "stored_format.h"
 
 namespace {
+
+using namespace dbshell;
 
 constexpr const char* kMask = "******";
 
@@ -30,12 +31,6 @@ Json number_or_null(int number) {
     return number == 0 ? Json(nullptr) : Json(number);
 }
 
-// How many rows the table has altogether.
-int row_total(const Table& table) {
-    const Extent extent = extent_of(table);
-    return extent.outer * extent.inner;
-}
-
 // Each field once, with the rows of the list that store it.
 struct Column {
     const Field* field;
@@ -44,13 +39,14 @@ struct Column {
 
 std::vector<Column> columns_of(const Table& table) {
     std::vector<Column> columns;
-    for (int inner = 0; inner < extent_of(table).inner; ++inner)
-        for (const Cell& cell : cells_of_row(table, 0, inner)) {
+    Index index;
+    for (int& row = index[table.row_level()]; row < table.row_count(); ++row)
+        for (const Cell& cell : cells_of_row(table, index)) {
             auto found = std::find_if(columns.begin(), columns.end(),
                                       [&](const Column& c) { return c.field->name == cell.field->name; });
             if (found == columns.end())
                 found = columns.insert(found, {cell.field, {}});
-            found->rows.insert(inner + 1);
+            found->rows.insert(row + 1);
         }
     return columns;
 }
@@ -58,7 +54,7 @@ std::vector<Column> columns_of(const Table& table) {
 void print_tables(const Output& out) {
     TextTable table({"number", "table", "rows", "fields", "get", "set"});
     for (const Table* t : all_tables())
-        table.add({number_or_null(t->number), std::string(t->name), row_total(*t), columns_of(*t).size(),
+        table.add({number_or_null(t->number), std::string(t->name), rows_of(*t).size(), columns_of(*t).size(),
                    name_or_null(t->get), name_or_null(t->set)});
     table.print(out);
 }
@@ -66,8 +62,8 @@ void print_tables(const Output& out) {
 // ------------------------------------------------------------------------------------------- describe
 
 std::string_view type_name(Kind kind) {
-    constexpr std::string_view kNames[] = {"int8",  "uint8",  "int16", "uint16", "int32", "uint32",
-                                           "int64", "uint64", "text",  "bytes",  "bytes"};
+    constexpr std::string_view kNames[] = {"int8",   "uint8", "int16",  "uint16", "int32", "uint32", "int64",
+                                           "uint64", "float", "double", "text",   "bytes", "bytes"};
     static_assert(std::size(kNames) == static_cast<std::size_t>(Kind::block) + 1);
     return kNames[static_cast<std::size_t>(kind)];
 }
@@ -97,35 +93,24 @@ std::string encoding_of(const Field& field) {
                : fmt::format("{}, each followed by '{}'", digits, field.codec->separator);
 }
 
-// "1-5, 8", or "all".
-std::string rows_of(const Column& column, int count) {
-    if (static_cast<int>(column.rows.size()) == count)
-        return "all";
-    std::string text;
-    for (auto row = column.rows.begin(); row != column.rows.end();) {
-        const int first = *row;
-        int last = first;
-        while (++row != column.rows.end() && *row == last + 1)
-            last = *row;
-        text += (text.empty() ? "" : ", ") +
-                (first == last ? fmt::format("{}", first) : fmt::format("{}-{}", first, last));
-    }
-    return text;
+std::string level_name(const Table& table, int level) {
+    if (level == 0 && table.layout.owner != Owner::none)
+        return table.layout.owner == Owner::sensor    ? "sensor"
+               : table.layout.owner == Owner::channel ? "channel"
+                                                      : "element";
+    if (level == table.row_level())
+        return "row";
+    return level > table.row_level() ? "place within the row" : fmt::format("index {}", level + 1);
 }
 
 std::string counts(const Table& table, const KeyColumn& key) {
-    switch (key.dim) {
-        case Dim::constant:
-            return fmt::format("always {}", key.bias);
-        case Dim::outer:
-            return fmt::format("{}, from {}", table.layout.owner == Owner::sensor ? "sensor" : "channel",
-                               key.bias);
-        case Dim::inner:
-            return fmt::format("row, from {}", key.bias);
-        case Dim::third:
-            break;
-    }
-    return fmt::format("place within the row, from {}", key.bias);
+    if (key.constant())
+        return fmt::format("always {}", key.bias);
+    std::string levels;
+    for (int level = 0; level < kLevels; ++level)
+        if (key.counts(level))
+            levels += (levels.empty() ? "" : " and ") + level_name(table, level);
+    return fmt::format("{}, from {}{}", levels, key.bias, key.within ? " in its block" : "");
 }
 
 std::vector<std::string> kinds_that_save(const Table& table) {
@@ -133,13 +118,13 @@ std::vector<std::string> kinds_that_save(const Table& table) {
     for (const RequestKind& kind : request_kinds()) {
         const bool by_name = std::any_of(
             kind.functions.begin(), kind.functions.end(),
-            [&](std::string_view f) { return !f.empty() && (f == table.set || f == table.single); });
+            [&](std::string_view f) { return !f.empty() && (f == table.set || f == single_name(table)); });
         const bool by_number =
             kind.run == Run::single_table && table.number != 0 && kind.table == table.number;
         if (by_name || by_number)
             names.emplace_back(kind.name);
     }
-    if (table.number != 0 && !table.set.empty())
+    if (table.has_registry_set())
         names.emplace_back(find_request_kind(EN_UPDATE_ONE_TABLE_RECORD)->name);
     return names;
 }
@@ -148,7 +133,6 @@ const std::vector<std::string> kColumnHeadings = {"field",     "type",   "bytes"
                                                   "encrypted", "secret", "rows"};
 
 Json description_of(const Table& table) {
-    const Extent extent = extent_of(table);
     Json keys = Json::object();
     for (const KeyColumn& key : table.keys)
         keys[std::string(key.name)] = counts(table, key);
@@ -156,17 +140,19 @@ Json description_of(const Table& table) {
     for (const Column& column : columns_of(table)) {
         const Field& f = *column.field;
         columns.add({std::string(f.name), type_of(f), f.size, encoding_of(f), f.encrypted != 0, f.secret(),
-                     rows_of(column, extent.inner)});
+                     row_ranges(std::vector(column.rows.begin(), column.rows.end()), table.row_count())});
     }
     Json description = Json::object();
     description["table"] = std::string(table.name);
     description["number"] = number_or_null(table.number);
     description["get"] = name_or_null(table.get);
     description["set"] = name_or_null(table.set);
-    description["single"] = name_or_null(table.single);
-    description["channels"] = table.layout.owner == Owner::channel ? Json(extent.outer) : Json(nullptr);
-    description["sensors"] = table.layout.owner == Owner::sensor ? Json(extent.outer) : Json(nullptr);
-    description["rows"] = extent.inner;
+    description["single"] = name_or_null(single_name(table));
+    description["strategy"] = std::string(word_for(table.strategy));
+    description["channels"] = table.layout.owner == Owner::channel ? Json(table.count(0)) : Json(nullptr);
+    description["sensors"] = table.layout.owner == Owner::sensor ? Json(table.count(0)) : Json(nullptr);
+    description["elements"] = table.layout.owner == Owner::element ? Json(table.count(0)) : Json(nullptr);
+    description["rows"] = table.row_count();
     description["keys"] = keys;
     description["saved_by"] = kinds_that_save(table);
     description["columns"] = columns.json();
@@ -228,7 +214,7 @@ Json entry_json(const DEVICECONFIG& record, const std::vector<Cell>& cells, cons
     const auto value = [&](const Cell& cell) {
         return cell.field->secret() && !show_secrets ? Json(nullptr) : cell_json(record, cell);
     };
-    if (address.field.empty() && !address.row)
+    if (address.field.empty() && address.indexes.empty())
         return table_json(record, *cells[0].table, show_secrets);
     if (!address.field.empty() && cells.size() == 1)
         return value(cells[0]);
@@ -306,7 +292,18 @@ void add_record_commands(CLI::App& app) {
     auto* const tables = app.add_subcommand("tables", "list the tables");
     const auto tables_out = std::make_shared<Output>();
     add_format_options(*tables, *tables_out);
-    tables->callback([tables_out] { print_tables(*tables_out); });
+    const auto stored = std::make_shared<bool>(false);
+    tables
+        ->add_flag("--stored-format", *stored,
+                   "what each column holds of the record and how, the text of docs/stored-format.txt")
+        ->excludes("--json")
+        ->excludes("--plain");
+    tables->callback([tables_out, stored] {
+        if (*stored)
+            std::cout << stored_format();
+        else
+            print_tables(*tables_out);
+    });
 
     auto* const describe_command =
         app.add_subcommand("describe", "tell what a table stores and who saves it");

@@ -15,14 +15,18 @@
 #include "dbctl_output.h"
 #include "device_ipc.h"
 #include "device_paths.h"
+#include "operation_log_format.h"
 #include "request.h"
 #include "request_kinds.h"
 #include "shared_objects.h"
+#include "well_known.h"
 
 // Behind the others: the words of the catalogue are macros.
 #include "catalogue.h"
 
 namespace {
+
+using namespace dbshell;
 
 // ------------------------------------------------------------------------------------------- requests
 
@@ -180,8 +184,7 @@ bool is_ready() {
 Json system_status() {
     const auto segment = find_segment();
     const auto ready = Semaphore::find(kLoadedKey), defaults = Semaphore::find(kDefaultsKey);
-    const std::string database = device_path("/devinfo/ipc_db"),
-                      backup = device_path("/devinfo/ipc_db_backup");
+    const std::string database = device_path(kDatabaseFile), backup = device_path(kDatabaseBackupFile);
     const auto current = service_number(EN_GET_CURRENT_DB_VERSION);
     std::optional<int32_t> stored, old, same_size;
     if (current) {
@@ -203,7 +206,7 @@ Json system_status() {
     status["paths"] = {{"root", root.empty() ? "/" : root},
                        {"database", database},
                        {"backup", backup},
-                       {"operation_log", device_path("/devinfo/db_op_info.log")},
+                       {"operation_log", device_path(kOperationLogFile)},
                        {"socket", fmt::format("{}/{}.sock", device_socket_dir(), kServiceNumber)}};
     status["versions"] = {
         {"current", version_json(current)}, {"stored", version_json(stored)}, {"old", version_json(old)}};

@@ -19,9 +19,7 @@
 #include <vector>
 
 #include "device_config.h"
-
-struct Field;  // main/dbshell/field.h
-struct Table;  // main/dbshell/table.h
+#include "record_cells.h"
 
 using Json = nlohmann::ordered_json;
 
@@ -36,39 +34,20 @@ class AccessError : public std::runtime_error {
     Reason reason_;
 };
 
-// "TABLE", "TABLE.FIELD", "TABLE[ROW]", "TABLE.FIELD[ROW]" or "TABLE[ROW].FIELD"; a table that keeps a list for
-// each channel takes [CHANNEL,ROW], and [ROW] means channel 1.  Rows, sensors and channels count from 1.
+// "TABLE", "TABLE.FIELD", "TABLE[ROW]", "TABLE.FIELD[ROW]".  Where a row has several indexes, as a channel's list,
+// they stand between commas, and the first may be left out: [ROW] means channel 1.  All count from 1.
 struct Address {
     std::string table;         // an SQL table, a number in the registry, or a function of the catalogue
     std::string field;         // empty: every field
-    std::optional<int> outer;  // the channel of [CHANNEL,ROW]
-    std::optional<int> row;    // empty: every row
+    std::vector<int> indexes;  // from 1; empty: every row
 };
 Address parse_address(std::string_view text);  // throws AccessError
 
-// One value of the record.
-struct Cell {
-    const Table* table;
-    const Field* field;
-    int outer, inner;  // from 0
-    uint32_t offset;   // from the record's start; field->size bytes
-};
+using dbshell::Cell;
+using dbshell::Table;
 
 // Every entry of the catalogue that the name means, at least one.  Throws AccessError.
 std::vector<const Table*> tables_named(std::string_view name);
-
-// How many indexes a table has: sensors or channels, and rows of each.
-struct Extent {
-    int outer, inner;
-    bool outer_is_key;  // a row is one of a sensor or channel
-
-    bool two_indexes() const { return outer_is_key && inner > 1; }
-};
-Extent extent_of(const Table& table);
-
-// All values of a row; none when the table has no such row, or keeps it in a form of its own.
-std::vector<Cell> cells_of_row(const Table& table, int outer, int inner);
-std::vector<Cell> cells_of_table(const Table& table);
 
 // What an address covers, in the catalogue's order, at least one.  Throws AccessError.
 std::vector<Cell> find_cells(const Address& address);
@@ -91,8 +70,8 @@ void set_cell(DEVICECONFIG& record, const Cell& cell, std::string_view value);
 // null changes nothing.
 void set_cell_json(DEVICECONFIG& record, const Cell& cell, const Json& value);
 
-// A table as defaults files have it: an object of fields, an array of them for a list, an array of arrays for
-// lists of several channels.  Secrets are null unless they are to be shown.
+// A table as defaults files have it: an object of fields, an array of them for a list, arrays of arrays where rows
+// have several indexes.  Secrets are null unless they are to be shown.
 Json table_json(const DEVICECONFIG& record, const Table& table, bool show_secrets);
 
 // {"TABLE": {"FIELD": value, ...}, "LIST_TABLE": [{...}, ...], ...}.  Throws AccessError; then the record holds
@@ -100,8 +79,8 @@ Json table_json(const DEVICECONFIG& record, const Table& table, bool show_secret
 void fill_from_json(DEVICECONFIG& record, const Json& tables);
 
 // Every value of every table at random, the same for the same seed: numbers over their whole range, texts of any
-// length up to a full array without its end, of any byte but NUL.  The encryption version word becomes 0; bytes
-// that no table stores stay as they are.
+// length up to a full array without its end, of any byte but NUL.  The encryption version word becomes 0 and the
+// first secure user the administrator; bytes that no table stores stay as they are.
 void fill_random(DEVICECONFIG& record, uint64_t seed);
 
 // A text with what is no printable UTF-8 as \xNN.

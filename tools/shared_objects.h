@@ -12,8 +12,8 @@
 #include <optional>
 #include <stdexcept>
 
-#include "DB_main.h"
 #include "device_config.h"
+#include "well_known.h"
 
 // The record cannot be reached: there is none, it is too small, or this process may not.
 class NoRecord : public std::runtime_error {
