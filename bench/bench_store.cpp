@@ -20,8 +20,11 @@
 #include "state.h"
 #include "store.h"
 #include "transaction.h"
+#include "work.h"
 
 namespace {
+
+using namespace dbshell;
 
 struct Value {
     int64_t number = 0;
@@ -59,24 +62,25 @@ void fail(const char* what) {
 
 // Every set function of the registry.
 int store_all() {
-    if (db_begin() != 0)
+    Work work;
+    if (!work.begin(all_tables()))
         return -1;
     for (const Table* t : all_tables())
         if (!t->set.empty() && save_table(*t) != 0)
             return -1;
-    return db_commit();
+    return work.commit() ? 0 : -1;
 }
 
 // Every get function of the registry, as the whole-configuration load calls them.
 int load_all() {
-    if (db_begin() != 0)
+    Work work;
+    if (!work.begin_to_load())
         return -1;
     int failures = 0;
     for (const Table* t : all_tables())
         if (!t->get.empty())
             failures += load_table(*t) != 0;
-    db_commit();
-    return failures;
+    return work.commit() ? failures : -1;
 }
 
 // Reads every column as what it is; what a load without a record costs.
@@ -233,14 +237,16 @@ void raw_load(benchmark::State& state) {
     const auto names = table_names();
     for (auto _ : state) {
         int64_t sum = 0;
-        db_begin();
+        if (db_begin() != 0)
+            fail("the load failed");
         raw_read(names, [&](const std::string&, sqlite3_stmt* s, int i) {
             if (sqlite3_column_type(s, i) == SQLITE_TEXT)
                 sum += sqlite3_column_bytes(s, i) + sqlite3_column_text(s, i)[0];
             else
                 sum += sqlite3_column_int64(s, i);
         });
-        db_commit();
+        if (db_commit() != 0)
+            fail("the load failed");
         benchmark::DoNotOptimize(sum);
     }
     counters(state);
@@ -248,9 +254,11 @@ void raw_load(benchmark::State& state) {
 
 // One value changed in the record, its table stored and synced.
 void engine_store_one_value(benchmark::State& state) {
+    const Table* table = table_by_number(31);
     for (auto _ : state) {
         ++shared->network.netconfig.mtu;
-        if (db_begin() != 0 || save_table(*table_by_number(31)) != 0 || db_commit() != 0)
+        Work work;
+        if (!work.begin({&table, 1}) || save_table(*table) != 0 || !work.commit())
             fail("the store failed");
     }
 }
@@ -260,11 +268,13 @@ void raw_store_one_value(benchmark::State& state) {
     sqlite3_prepare_v2(get_db_handle(), "update netconfig_table set mtu = ? where idx = 1", -1, &s, nullptr);
     int mtu = 0;
     for (auto _ : state) {
-        db_begin();
+        if (db_begin() != 0)
+            fail("the raw store failed");
         sqlite3_bind_int(s, 1, ++mtu);
         sqlite3_step(s);
         sqlite3_reset(s);
-        db_commit();
+        if (db_commit() != 0)
+            fail("the raw store failed");
     }
     sqlite3_finalize(s);
 }

@@ -13,16 +13,18 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "record_access.h"
 
-// Behind the others: the words of the catalogue are macros.
 #include "catalogue.h"
 
 namespace {
+
+using namespace dbshell;
 
 using Record = std::unique_ptr<DEVICECONFIG>;
 
@@ -149,7 +151,7 @@ TEST(RecordAccess, AddressesThatDoNotFitAreRefused) {
         {"chn_info.name[1]x", "syntax"},
         {"chn_info.name[1][1]", "syntax"},
         {"chn_info.name[99999999999]", "syntax"},
-        {"chn_comp_info.bitrate[1,1,1]", "syntax"},
+        {"chn_comp_info.bitrate[1,1,1]", "row"},
         {"chn_info[1]", "syntax"},  // no single value
         {"no_such_table.name[1]", "unknown"},
         {"0.name[1]", "unknown"},
@@ -202,6 +204,10 @@ TEST(RecordAccess, ValuesThatDoNotFitAreRefusedAndChangeNothing) {
         {"chn_info.name[1]", "\\x1", ""},
         {"chn_info.name[1]", "\\", ""},
         {"chn_info.name[1]", "", ""},
+        {"revise_gps_param_config.latitude_second[1]", "-1.5", "-1.5"},
+        {"revise_gps_param_config.latitude_second[1]", "nan", ""},
+        {"revise_gps_param_config.latitude_second[1]", "1e39", ""},
+        {"revise_gps_param_config.latitude_second[1]", "1.5 ", ""},
         {"netconfig_table.mac_addr[1]", "0,17,34,51,68,255", "[0,17,34,51,68,255]"},
         {"netconfig_table.mac_addr[1]", "[1, 2, 3, 4, 5, 0x6]", "[1,2,3,4,5,6]"},
         {"netconfig_table.mac_addr[1]", "1 2 3 4 5", ""},
@@ -436,6 +442,16 @@ TEST_F(System, SecondMainApplicationLeavesTheRecordAlone) {
     waitpid(start("velmora", {"--capability", "1:2"}), &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 2);
     expect({{"get chn_info.name", 0, "kept\n"}, {"status --wait 10", 0}});
+}
+
+TEST_F(System, StartWaitsOnceForASilentMainApplication) {
+    velmora_ = start("velmora", {"--silent"});
+    service_ = start("database_process");
+    ASSERT_EQ(dbctl("status --wait 120").status, 0);
+    std::ifstream file(root_ + "/database_process.log");
+    const std::string log{std::istreambuf_iterator<char>(file), {}}, failure = "ipc_unix_call_service failed";
+    EXPECT_NE(log.find("get capa chan_num failed..."), std::string::npos);
+    EXPECT_EQ(log.find(failure), log.rfind(failure)) << log;
 }
 
 TEST_F(System, LogShowsTheOldestRecordFirst) {

@@ -1,0 +1,288 @@
+// The engine's hard cases: what another process writes meanwhile, keys that are missing, users that must not be lost,
+// results and messages of the few tables that have their own.
+#include "core_fixture.h"
+#include "messages.h"
+#include "values.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+class Engine : public Core {
+  protected:
+    // Runs `work` in the middle of a save, after the first row of the table has been stored.
+    class Meanwhile {
+      public:
+        Meanwhile(const std::string& table, std::function<void()> work) : work_(std::move(work)) {
+            const auto call = [](sqlite3_context* context, int, sqlite3_value**) {
+                static_cast<Meanwhile*>(sqlite3_user_data(context))->work_();
+            };
+            EXPECT_EQ(sqlite3_create_function(get_db_handle(), "meanwhile", 0, SQLITE_UTF8, this, call,
+                                              nullptr, nullptr),
+                      SQLITE_OK);
+            for (const std::string event : {"insert", "update"})
+                sql("create temp trigger meanwhile_" + event + " after " + event + " on main." + table +
+                    " begin select meanwhile(); end;");
+        }
+        ~Meanwhile() { sql("drop trigger meanwhile_insert; drop trigger meanwhile_update;"); }
+        Meanwhile(const Meanwhile&) = delete;
+        Meanwhile& operator=(const Meanwhile&) = delete;
+
+      private:
+        std::function<void()> work_;
+    };
+};
+
+template <std::size_t N>
+void name(char (&field)[N], const char* text) {
+    std::memset(field, 0, N);
+    std::strcpy(field, text);
+}
+
+// ------------------------------------------------------------------------------------- the record changes meanwhile
+
+TEST_F(Engine, SaveStoresTheRecordOfOneMoment) {
+    const struct {
+        const char *table, *function, *rows;
+    } cases[] = {
+        {"user_mana_info", "db_set_usr_info",
+         "select idx, username, user_num from user_mana_info where idx <= user_num or idx < 5"},
+        {"sec_user_mana_info", "db_set_sec_user_info", "select * from sec_user_mana_info"},
+        {"roi_conf_table", "db_save_roi_config",
+         "select distinct region_num, enable, plate_num, face_num from roi_conf_table"},
+        {"ipaddr_list", "db_save_ipaddr_list", "select * from ipaddr_list"},
+        {"week_config_list", "save_wireless_alarm_to_db", "select * from week_config_list"},
+        {"alarm_in_config", "db_set_alarm_in", "select * from alarm_in_config"},
+    };
+    for (const auto& c : cases) {
+        fresh_database();
+        randomise(7);
+        EXPECT_EQ(run(c.function), 0);
+        const std::string expected = query(c.rows);
+        fresh_database();
+        randomise(7);
+        {
+            const Meanwhile scribbling(c.table, [&] {
+                const uint32_t word = r_.sec_lock_auth.db_enc_version;
+                std::memset(&r_, 0, sizeof r_);
+                r_.sec_lock_auth.db_enc_version = word;
+            });
+            EXPECT_EQ(run(c.function), 0) << c.function;
+        }
+        EXPECT_EQ(query(c.rows), expected) << c.function;
+    }
+}
+
+// ------------------------------------------------------------------------------------- keys
+
+TEST_F(Engine, RowsWithoutTheirKeyAreSkipped) {
+    randomise(8);
+    const auto original = std::make_unique<DEVICECONFIG>(r_);
+    sql("insert into chn_comp_info(chn_index, channel_no, stream_index, quality) values(1, 1, null, 9);"
+        "insert into exception_list(idx, exception_no, handle_type) values(1, null, 9);"
+        "insert into local_port_list(idx, port_type, start_port) values(1, null, 9);"
+        "insert into motion_detect_list(chan_no, line_no, line_data) values(1, null, '9:');");
+    EXPECT_THAT(logged([] { EXPECT_EQ(run("db_get_comp_info"), 0); }), HasSubstr("invalid stream_no: -1\n"));
+    for (const char* get : {"db_get_exception", "db_get_local_port", "db_get_motion_list"})
+        EXPECT_EQ(run(get), 0);
+    EXPECT_EQ(std::memcmp(&r_, original.get(), sizeof r_), 0);
+}
+
+TEST_F(Engine, FewerAlarmsThanBefore) {
+    auto& actions = r_.ptz.ptz_index;
+    const auto number = [&](int base) {
+        for (int type = 0; type < 3; ++type)
+            for (int alarm = 0; alarm < kMaxAlarms; ++alarm)
+                actions[type][alarm] = base + type * 100 + alarm;
+    };
+    number(1000);
+    EXPECT_EQ(run("db_set_alarm_trigger_ptz"), 0);
+    EXPECT_EQ(query("select count(*) from alarm_trigger_ptz_list"), "48");
+    hardware_count = 8;
+    number(5000);
+    EXPECT_EQ(run("db_set_alarm_trigger_ptz"), 0);
+    wipe();
+    EXPECT_EQ(run("db_get_alarm_trigger_ptz"), 0);
+    for (int type = 0; type < 3; ++type)
+        for (int alarm = 0; alarm < 8; ++alarm)
+            EXPECT_EQ(actions[type][alarm], 5000 + type * 100 + alarm);
+    EXPECT_EQ(query("select idx, chn, trig_type from alarm_trigger_ptz_list where idx in (9, 24)"),
+              "9|0|2;24|7|3");
+}
+
+// ------------------------------------------------------------------------------------- event sources
+
+TEST_F(Engine, EventSourcesAreAsManyAsTheDeviceHas) {
+    const auto save = [](const char* table) { EXPECT_EQ(run(find_table(table)->set), 0) << table; };
+    const std::string classes = " group by process_type";
+    hardware_count = 2;
+    randomise(8);
+    for (const char* table : {"vm_snapshot_normal_param", "vm_snapshot_compression_param",
+                              "vm_snapshot_time_segment", "vm_trigger_chain_param"})
+        save(table);
+    for (const std::string table : {"vm_snapshot_normal_param", "vm_snapshot_compression_param"})
+        EXPECT_EQ(query("select count(*) from " + table + classes), "14;6;16;8;1;1");
+    EXPECT_EQ(query("select count(*), length(b_used) - length(replace(b_used, ':', '')) from "
+                    "vm_snapshot_time_segment" +
+                    classes),
+              "2|28;2|56");
+    EXPECT_EQ(query("select count(*), max(line_no), min(trigger_chain not like '%:%:%:%') from "
+                    "vm_trigger_chain_param" +
+                    classes),
+              "6|3|1;16|1|1;8|1|1;1|1|1;1|1|1");
+
+    // Missing rows of a class are made anew with all of it; the other classes keep theirs.
+    sql("update vm_trigger_chain_param set line_no = 9 where process_type = 4 and chain_no = 8;"
+        "delete from vm_trigger_chain_param where process_type = 3 and chain_no = 5;"
+        "update vm_trigger_chain_param set line_no = 9 where process_type = 3;");
+    save("vm_trigger_chain_param");
+    EXPECT_EQ(query("select count(*), max(line_no) from vm_trigger_chain_param" + classes),
+              "6|3;16|1;8|9;1|1;1|1");
+
+    // What another process sees of a number that was never answered: all that the record holds.
+    fresh_database();
+    forget_device();
+    silent = true;
+    const DeviceQueries queries;
+    save("vm_snapshot_normal_param");
+    EXPECT_EQ(query("select count(*) from vm_snapshot_normal_param" + classes), "112;48;16;8;1;1");
+}
+
+// ------------------------------------------------------------------------------------- secure users
+
+TEST_F(Engine, NoSecureUserIsLostOrTurnedIntoAnother) {
+    auto& users = r_.users.sec_user;
+    using Accounts = std::map<std::string, std::string>;
+    const struct {
+        std::vector<std::pair<const char*, const char*>> before;  // name and password
+        std::vector<const char*> after;                           // names
+    } cases[] = {
+        {{{"carol", "1"}, {"", ""}, {"bob", "2"}}, {"admin", "carol", "bob"}},
+        {{{"carol", "1"}, {"bob", "2"}, {"", ""}}, {"admin", "bob", "carol"}},
+        {{{"admin", "1"}, {"bob", "2"}}, {"admin", "bob"}},
+        {{{"carol", "1"}, {"admin", "2"}, {"bob", "3"}}, {"admin", "", "bob", "carol"}},
+        {{{"administrator", "1"}}, {"admin", "administrator"}},
+    };
+    for (const auto& c : cases) {
+        fresh_database();
+        wipe();
+        Accounts accounts;
+        for (std::size_t i = 0; i < c.before.size(); ++i) {
+            name(users[i].username, c.before[i].first);
+            name(users[i].passwd, c.before[i].second);
+            users[i].permission = 7;
+            accounts.emplace(c.before[i]);
+        }
+        accounts.erase("");
+        accounts.try_emplace("admin", "");
+        EXPECT_EQ(run("db_set_sec_user_info"), 0);
+        for (std::size_t i = 0; i < c.after.size(); ++i)
+            EXPECT_STREQ(users[i].username, c.after[i]) << i;
+        EXPECT_EQ(users[0].permission, 0xFFFFFFFF);
+        // The database and the record agree on who there is.
+        const auto stored = std::make_unique<DEVICECONFIG>(r_);
+        std::memset(users, 0, sizeof users);
+        EXPECT_EQ(run("db_get_sec_user_info"), 0);
+        for (const auto* list : {&stored->users.sec_user, &users}) {
+            Accounts found;
+            for (const UserEntry& user : *list)
+                if (user.username[0] != '\0' && !found.emplace(user.username, user.passwd).second)
+                    ADD_FAILURE() << user.username << " is there twice";
+            EXPECT_EQ(found, accounts);
+        }
+    }
+
+    // Nowhere to go: nothing is stored, nothing is changed.
+    wipe();
+    for (UserEntry& user : users)
+        name(user.username, ("u" + std::to_string(&user - users)).c_str());
+    const auto full = std::make_unique<DEVICECONFIG>(r_);
+    const Contents before = contents();
+    EXPECT_EQ(call(EN_SAVE_SEC_USER_INFO), kRefused);
+    EXPECT_EQ(difference(before, contents()), "");
+    EXPECT_EQ(std::memcmp(users, full->users.sec_user, sizeof users), 0);
+}
+
+// ------------------------------------------------------------------------------------- results
+
+TEST_F(Engine, ResultsThatTellTheirCause) {
+    sql("create table roi_param_table(idx integer primary key, streamidx, type);");
+    EXPECT_EQ(run("db_get_roi_param"), 0);
+    sql("drop table roi_param_table; create virtual table roi_param_table using fts5(type);"
+        "insert into roi_param_table values('1'); delete from roi_param_table_content;"
+        "drop table roi_param_table_content;");
+    EXPECT_EQ(run("db_get_roi_param"), -2);
+    close_database();
+    for (const auto& [function, result] : {std::pair{"db_get_roi_param", -1},
+                                           {"db_save_voice_change_cfg", -6},
+                                           {"db_get_voice_change_cfg", -1},
+                                           {"db_set_comp_info_single", -1}})
+        EXPECT_EQ(call_table_function(function, 0), result) << function;
+    fresh_database();
+    set_cfg_param(nullptr);
+    for (const auto& [function, result] : {std::pair{"db_get_roi_param", -1},
+                                           {"db_save_voice_change_cfg", -7},
+                                           {"db_get_voice_change_cfg", -1},
+                                           {"db_set_comp_info_single", -7},
+                                           {"db_set_comp_info", -7},
+                                           {"db_get_comp_info", -1}})
+        EXPECT_EQ(call_table_function(function, 0), result) << function;
+}
+
+// ------------------------------------------------------------------------------------- messages
+
+TEST_F(Engine, MessagesOfTheirOwn) {
+    sql("create table roi_param_table(idx integer primary key, streamidx, type);"
+        "insert into image_naming_list(idx, item_order) values(16, 1), (0, 1);");
+    randomise(9);
+    std::strcpy(r_.encoding.roi[0][0].region[0].name, "x");
+    r_.event.video_analysis[0].type1.rigger_rec_chn = 0x8000000000000000u;
+    const auto line = [](const char* table) { return ":" + std::to_string(find_table(table)->line) + " "; };
+    const struct {
+        const char* broken;
+        const char* function;
+        std::string message;
+    } cases[] = {
+        {"", "db_get_roi_param", "db_query_rec_count_v2 error: 0\n"},
+        {"", "db_get_roi_config", " db_query_rec_count_v2 err\n"},
+        {"", "db_get_alarmtime_config", " db_query_rec_count_v2 err\n"},
+        {"", "get_image_naming_param_from_db", "param err: chan_no=1, i=0\n"},
+        {"", "get_image_naming_param_from_db", "param err: chan_no=0, i=-1\n"},
+        {"alter table roi_conf_table rename to gone;", "db_save_roi_config",
+         "db_save_roi_region_cfg_single] "},
+        {"drop table wdr_config_table;", "db_save_wdr_config",
+         "main/dbshell.c" + line("wdr_config_table") + "db_save_wdr_config_single] "},
+        {"", "db_save_wdr_config", "SQL error:1, no such table: wdr_config_table\n"},
+        {"drop table exception_list_comm;", "db_set_sd_handle_type",
+         "main/db_uni_save_interface.c" + line("exception_list_comm") +
+             "db_set_exception_comm] exception_list_comm save err:replace into"},
+        {"create temp trigger a before update on vilost_param_table begin select raise(fail, ''); end;"
+         "create temp trigger b before update on video_analysis_config when new.type_idx = 1 begin select raise(fail, ''); end;",
+         "db_set_video_analysis", "db_set_video_analysis_single error for chan_no: 0\n"},
+    };
+    for (const auto& c : cases) {
+        sql(c.broken);
+        // "[2][52][main/dbshell.c:12 function] message"
+        const std::string log = logged([&] { (void)call_table_function(c.function, 0); });
+        EXPECT_THAT(log, HasSubstr(c.message)) << c.function;
+    }
+    // A failed schedule is a notice, but for the face snapshot's.
+    sql("create temp trigger c before insert on week_config_list begin select raise(fail, ''); end;");
+    const PlainSchedule schedule{};
+    EXPECT_THAT(logged([&] { EXPECT_EQ(db_save_timeseg(&schedule, kVideoLoss, 0), -1); }),
+                HasSubstr("[4][52][main/dbshell.c:"));
+    EXPECT_THAT(logged([&] { EXPECT_EQ(db_save_face_snap_schedule(&schedule, 0), -1); }),
+                Not(HasSubstr("[4][52]")));
+}
+
+TEST_F(Engine, MasksAreShownUnsigned) {
+    r_.event.disk_quota[0][0].content = 0xFFFFFFFFFFFFFFFEu;
+    const Table& t = *find_table("disk_quota_list");
+    EXPECT_EQ(
+        rendered(t, t.save[0], reinterpret_cast<const std::byte*>(&r_), {}, t.counts()),
+        "replace into disk_quota_list (chan_no, data_type, b_enable, quota_type, content, channel_ratio) "
+        "values(1, 1, 0, 0, 18446744073709551614, 0);");
+}
+
+}  // namespace
