@@ -101,7 +101,7 @@ void raw_read(const std::vector<std::string>& tables, Visit visit) {
 std::vector<std::string> table_names() {
     std::vector<std::string> names;
     for (const Table* t : all_tables())
-        if (std::find(names.begin(), names.end(), t->name) == names.end() && t->name != "roi_param_table")
+        if (std::find(names.begin(), names.end(), t->name) == names.end() && !t->of_older_schema)
             names.emplace_back(t->name);
     return names;
 }

@@ -20,24 +20,25 @@ namespace {
 // Serves all rows of all saves: they run one at a time, under g_db_mutexsem.
 Values scratch;
 
-// Runs a prepared statement to its first row, of which the first two columns are given back.  SQLite's code.
-int run(sqlite3_stmt* s, const Values& values, int64_t (*answer)[2] = nullptr) {
-    int rc = values.bind(s);
+// Runs a statement; `asks` is called with each row that it gives until it returns false.  SQLite's code.
+template <class Asks>
+int run(const Statement& statement, Purpose purpose, const Values& values, Asks asks) {
+    int rc = SQLITE_OK;
+    sqlite3_stmt* s = prepared(statement, purpose, rc);
+    if (s == nullptr)
+        return rc;
+    rc = values.bind(s);
     if (rc == SQLITE_OK)
-        rc = sqlite3_step(s);
-    if (rc == SQLITE_ROW && answer != nullptr)
-        for (int i = 0; i < 2; ++i)
-            (*answer)[i] = sqlite3_column_int64(s, i);
+        while ((rc = sqlite3_step(s)) == SQLITE_ROW && asks(s)) {
+        }
     rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
     sqlite3_reset(s);
     sqlite3_clear_bindings(s);
     return rc;
 }
 
-int run(const Statement& statement, Purpose purpose, const Values& values, int64_t (*answer)[2] = nullptr) {
-    int rc = SQLITE_OK;
-    sqlite3_stmt* s = prepared(statement, purpose, rc);
-    return s != nullptr ? run(s, values, answer) : rc;
+int run(const Statement& statement, Purpose purpose, const Values& values) {
+    return run(statement, purpose, values, [](sqlite3_stmt*) { return false; });
 }
 
 // Runs a count or a delete of an owner's rows.
@@ -318,20 +319,27 @@ std::optional<int> call_table_function(std::string_view name, int outer) {
 
 Status store_row(const Table& t, const Statement& s, const std::byte* base, Index index, Counts counts) {
     scratch.read(t, s, base, index, counts);
-    int64_t answer[2] = {};  // rows, changes
+    bool there = false, changes = false;
+    const int asked = run(s, Purpose::ask, scratch, [&](sqlite3_stmt* row) {
+        there = true;
+        changes = s.verb == Verb::update && sqlite3_column_int(row, 0) != 0;
+        return s.verb == Verb::update && !changes;
+    });
     const bool fills = t.strategy == Strategy::fill_missing;
-    if (const int rc = run(s, Purpose::ask, scratch, &answer); rc != SQLITE_OK) {
+    if (asked != SQLITE_OK) {
         // Whether the row can be looked for, or only its columns are not as told.
         const bool found = !fills || run(s, Purpose::ask_rows, scratch) == SQLITE_OK;
-        return {found ? Cause::write : Cause::query, rc};
+        return {found ? Cause::write : Cause::query, asked};
     }
-    if (fills && answer[0] == 0) {
+    if (fills && !there) {
         if (const Status status = fill_row(t, base, index, counts, nullptr); !status.ok())
             return status;
         scratch.read(t, s, base, index, counts);
-        answer[1] = 1;
+        changes = true;
     }
-    return answer[1] == 0 ? Status() : status_of(run(s, Purpose::run, scratch), Cause::write);
+    if (s.verb == Verb::replace)
+        changes = !there;
+    return changes ? status_of(run(s, Purpose::run, scratch), Cause::write) : Status();
 }
 
 void log_store_failure(const Table& t, const Statement& s, std::string_view function, Status status,

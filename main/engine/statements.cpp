@@ -57,9 +57,8 @@ std::string rows_named(const Statement& s) {
 // SQLite compares with the columns' affinity, so what it compares is what it would store.
 std::string question(const Statement& s) {
     if (s.verb == Verb::replace)
-        return "select 1, not exists (select 1 from " + std::string(s.table) + " where " +
-               conditions(s, " = ", " and ") + ")";
-    return "select count(*), total(" + conditions(s, " is not ", " or ") + ")" + rows_named(s);
+        return "select 1 from " + std::string(s.table) + " where " + conditions(s, " = ", " and ");
+    return "select " + conditions(s, " is not ", " or ") + rows_named(s);
 }
 
 std::string rows_of(const Statement& s, const KeyColumn* owner_key) {

@@ -11,8 +11,8 @@ namespace dbshell {
 // What a prepared statement made from a catalogue's statement does.
 enum class Purpose : uint8_t {
     run,         // the statement itself, every conversion a parameter
-    ask,         // the same parameters: how many rows an update is for, and how many it would change;
-                 //   of a replace, whether it would change anything
+    ask,         // the same parameters: the rows that an update is for, each with whether it would change;
+                 //   a row where a replace would change nothing
     ask_rows,    // the same parameters: how many rows an update is for
     select_all,  // every row of the statement's table
     count,       // the rows of its table, of one owner where `owner_key` is given
