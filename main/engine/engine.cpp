@@ -157,7 +157,7 @@ const char* wrapper_message(const Table& t) {
 Status save_owner(const Table& t, std::string_view function, int outer) {
     std::byte* copy = take_from_record(t);
     if (t.encryption_word)
-        reinterpret_cast<DEVICECONFIG*>(copy)->sec_lock_auth.db_enc_version = get_db_enc_version();
+        reinterpret_cast<DEVICECONFIG*>(copy)->sec_lock_auth.db_enc_version = VersionInUse::get();
     Counts counts;
     if (const Status s = counts_of_save(t, function, counts); !s.ok())
         return s;
@@ -170,12 +170,13 @@ Status save_owner(const Table& t, std::string_view function, int outer) {
     }
     if (!save_schedules_of(t, outer, counts, copy))
         return Cause::other;
+    if (t.then.function.empty())
+        return {};
     const Table* next = find_function(t.then.function).table;
-    if (next != nullptr && save_table_single(*next, outer) != 0) {
-        log_table(t, function, t.then.message);
-        return Cause::other;
-    }
-    return {};
+    if (next != nullptr && save_table_single(*next, outer) == 0)
+        return {};
+    log_table(t, function, t.then.message);
+    return Cause::other;
 }
 
 // Loads the rows that one query gives.
