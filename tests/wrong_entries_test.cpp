@@ -75,6 +75,20 @@ TEST(WrongEntries, StatementsAgainstTheirFields) {
     }
 }
 
+TEST(WrongEntries, WordsOutOfTheirRange) {
+    Slot slots[SqlText::kMaxSlots];
+    const std::string long_column = "select " + std::string(256, 'c') + " from t;";
+    EXPECT_EQ(sentence([&] { check_statement(SqlText(long_column), {}, {}, slots); }),
+              "a statement, a column's name or a literal is too long");
+    constexpr const char* kBits = "bits of a field that is no number, or beyond its width";
+    EXPECT_EQ(sentence([] { (void)bits(number("a"), 28, 4); }), "");
+    EXPECT_EQ(sentence([] { (void)bits(number("a"), 29, 4); }), kBits);
+    EXPECT_EQ(sentence([] { (void)bits(number("a", Kind::text), 0, 1); }), kBits);
+    EXPECT_EQ(sentence([] { (void)Rows64(1, 64); }), "");
+    EXPECT_EQ(sentence([] { (void)Rows64(1, 65); }),
+              "the rows of one statement are not within 64 of each other");
+}
+
 // ---- whole entries: a right one, and one step from it
 
 struct Row {

@@ -138,7 +138,7 @@ struct Rows64 {
     uint64_t mask;
 
     template <class... Row>
-    consteval explicit Rows64(Row... row)
+    constexpr explicit Rows64(Row... row)
         : first(static_cast<int16_t>(std::min({row...}))),
           last(static_cast<int16_t>(std::max({row...}))),
           mask(0) {
