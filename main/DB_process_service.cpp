@@ -49,15 +49,23 @@ struct Request {
 
 // ------------------------------------------------------------------------------------- groups
 
-// The index that a kind hands on to its functions.
-int index_argument(const RequestKind& kind, const ServiceRequest& request) {
+// The indexes that a kind hands on to its functions.
+struct Indexes {
+    Index at;
+    int given = 1;
+};
+Indexes index_arguments(const RequestKind& kind, const ServiceRequest& request) {
     switch (kind.args) {
         case Args::sensor:
-            return request.sensor_no;
+            return {request.sensor_no};
         case Args::scene:
-            return request.scene_no;
+            return {request.scene_no};
+        case Args::channel_scene:
+            return {{request.channel_no, request.scene_no}, 2};
+        case Args::smd_channel:
+            return {{request.channel_no, request.smd_type}, 2};
         default:
-            return request.channel_no;
+            return {request.channel_no};
     }
 }
 
@@ -89,7 +97,7 @@ bool begin(Work& work, bool exclusive, TableSpan stores, const char* function) {
     return false;
 }
 
-int run_functions(Run run, std::initializer_list<const char*> functions, int index) {
+int run_functions(Run run, std::initializer_list<const char*> functions, const Indexes& indexes) {
     if (!are_available(functions)) {
         DB_LOG_AS(kError, "db_service_task", "a table of this request kind is not supported\n");
         return -1;
@@ -102,7 +110,7 @@ int run_functions(Run run, std::initializer_list<const char*> functions, int ind
         return -1;
     int failures = 0;
     for (const std::string_view name : functions) {
-        failures += call_table_function(name, index).value_or(-1) != 0;
+        failures += call_table_function(name, indexes.at, indexes.given).value_or(-1) != 0;
         if (failures != 0 && (run == Run::until_failure || db_transaction_lost()))
             break;
     }
@@ -116,7 +124,7 @@ int save_dome_block(const ServiceRequest& request) {
                      "save_ipdome_param_single failed\n");
         return -1;
     }
-    return run_functions(Run::all, block->functions, 0);
+    return run_functions(Run::all, block->functions, {});
 }
 
 int run_group(const RequestKind& kind, const ServiceRequest& request) {
@@ -126,7 +134,7 @@ int run_group(const RequestKind& kind, const ServiceRequest& request) {
         return save_single_table_info(kind.table);
     if (kind.args == Args::name)
         return save_dome_block(request);
-    return run_functions(kind.run, kind.functions, index_argument(kind, request));
+    return run_functions(kind.run, kind.functions, index_arguments(kind, request));
 }
 
 // ------------------------------------------------------------------------------------- single kinds

@@ -193,6 +193,12 @@ class Core : public testing::Test {
         auto* bytes = reinterpret_cast<unsigned char*>(record_.get());
         std::generate_n(bytes, sizeof(DEVICECONFIG), [&] { return static_cast<unsigned char>(random()); });
         fill_random(r_, seed);
+        // Both are the one row of their process type.
+        for (int i = 0; i < kSegments; ++i) {
+            const VehicleSegment& from = (&r_.analytics.vehicle_detection.schedule.segment[0][0])[i];
+            VehicleSegment& to = (&r_.traffic.vehicle.detect.schedule.segment[0][0])[i];
+            to.begin = from.begin, to.end = from.end;
+        }
         for (const Table* table : all_tables())
             for (const Cell& cell : cells_of_table(*table))
                 if (cell.field->encrypted != 0 && cell.field->kind == Kind::text) {
@@ -204,11 +210,11 @@ class Core : public testing::Test {
     }
 
     // A table function in a transaction of its own.
-    static int run(std::string_view function, int outer = 0) {
+    static int run(std::string_view function, Index at = {}, int given = 1) {
         Work work;
         EXPECT_TRUE(find_function(function).role == NamedFunction::Role::get ? work.begin_to_load()
                                                                              : work.begin(all_tables()));
-        const int result = call_table_function(function, outer).value_or(-99);
+        const int result = call_table_function(function, at, given).value_or(-99);
         EXPECT_TRUE(result != 0 || work.commit());
         return result;
     }

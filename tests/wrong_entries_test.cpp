@@ -77,6 +77,7 @@ TEST(WrongEntries, StatementsAgainstTheirFields) {
 
 TEST(WrongEntries, WordsOutOfTheirRange) {
     Slot slots[SqlText::kMaxSlots];
+    EXPECT_EQ(sentence([] { spell<NoTwin>("[one|other", nullptr); }), "a bracket is not closed");
     const std::string long_column = "select " + std::string(256, 'c') + " from t;";
     EXPECT_EQ(sentence([&] { check_statement(SqlText(long_column), {}, {}, slots); }),
               "a statement, a column's name or a literal is too long");
@@ -157,7 +158,8 @@ TEST(WrongEntries, WholeTables) {
         {"each row has one default row", [](Table& t) { t.fill = kFillTwo; }},
         {"each row has one default row", [](Table& t) { t.fill = kFillTwice; }},
         {"a save statement stores another table", [](Table& t) { t.save = kUpdateOther; }},
-        {"the save statements do not have the strategy's verb", [](Table& t) { t.save = kReplaceRows; }},
+        {"the save statements do not have the strategy's verb",
+         [](Table& t) { t.strategy = Strategy::top_up, t.save = kReplaceRows; }},
         {"a statement that is for several rows does not name the row by a key column",
          [](Table& t) { t.save = kUpdateByNothing; }},
         {"a statement that is for several rows does not name the row by a key column",
@@ -174,10 +176,26 @@ TEST(WrongEntries, WholeTables) {
         {"a count of the device has a message for the device that does not tell it",
          [](Table& t) { t.device_rows = DeviceCount::alarm_inputs; }},
         {"the column that tells how many groups a row holds is not stored", [](Table& t) { t.holds = "b"; }},
-        {"rows are made of one channel, or of one value of a key column, not of both",
+        {"rows are made within an index that no key column tells",
          [](Table& t) {
-             static constexpr KeyColumn kBoth[] = {outer("chan_no"), only("type", 2), inner("idx")};
-             t.layout.owner = Owner::channel, t.keys = kBoth;
+             static constexpr KeyColumn kRow[] = {inner("idx")};
+             t.keys = kRow, t.made_within = 1, t.layout.level[0].count = 2;
+         }},
+        {"a function takes more indexes than the table has levels", [](Table& t) { t.indexes = 3; }},
+        {"steps stand in the order of their depths; its own are no deeper than the rows",
+         [](Table& t) {
+             static constexpr Step kDeep[] = {itself(3)};
+             t.steps = kDeep;
+         }},
+        {"steps stand in the order of their depths; its own are no deeper than the rows",
+         [](Table& t) {
+             static constexpr Step kTurned[] = {{"db_set_u", 2}, itself(1)};
+             t.steps = kTurned;
+         }},
+        {"one step stores the table's own rows",
+         [](Table& t) {
+             static constexpr Step kOthers[] = {{"db_set_u", 1}};
+             t.steps = kOthers;
          }},
         {"a schedule's process type is from 1 to 35",
          [](Table& t) {
@@ -193,12 +211,19 @@ struct Te {
     static constexpr std::string_view table = "te", function{};
 };
 
+struct Im : Te {
+    static constexpr bool first = false;
+};
+
 // A pair of tables told once spells its names and lies where each says.
 TEST(Twins, SpellTheirTexts) {
     char out[32];
     const auto spelled = [&](std::string_view text) { return std::string(out, spell<Te>(text, out)); };
     EXPECT_EQ(spelled("{t}_{f}{t}{}"), "te_te{}");
     EXPECT_EQ(spelled(""), "");
+    constexpr std::string_view kBoth = "a[, b|, c]d[, e][]";
+    EXPECT_EQ(spelled(kBoth), "a, bd, e");
+    EXPECT_EQ(std::string(out, spell<Im>(kBoth, out)), "a, cd");
 }
 
 }  // namespace

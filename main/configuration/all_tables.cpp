@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "DB_uni_process.h"
+#include "catalogue.h"
+#include "engine.h"
 #include "files.h"
 #include "log.h"
 #include "operation_log.h"
@@ -101,12 +104,13 @@ class Capabilities {
     }
 };
 
-// Calls `visit` for every table that the device has, in ascending order, until it returns false.
+// Calls `visit` for every table that the device has, in ascending order, until it returns false.  Those that are passed
+// over are logged under the function's name, where it is given.
 template <class Visit>
 void visit_tables(const Capabilities& capabilities, const char* function, Visit visit) {
     for (int t = 1; t < kTableNumbers; ++t) {
         if (const Gate* gate = capabilities.closed_for(t)) {
-            if (gate->message != nullptr)
+            if (gate->message != nullptr && function != nullptr)
                 DB_LOG_AS(kError, function, "%s", gate->message);
         } else if (!visit(t)) {
             return;
@@ -121,6 +125,13 @@ void report_failed_store(int table) {
 
 // What set_alldata_to_db does inside its transaction.  0, or -1 at the first failure.
 int store_all_tables(const Capabilities& capabilities) {
+    std::vector<const Table*> stored;
+    visit_tables(capabilities, nullptr, [&](int t) {
+        if (tables_fun[t].set != nullptr)
+            stored.push_back(dbshell::table_by_number(t));
+        return true;
+    });
+    const dbshell::StoredInOrder order(std::move(stored));
     int failed = 0;
     visit_tables(capabilities, "set_alldata_to_db", [&](int t) {
         if (tables_fun[t].set != nullptr && tables_fun[t].set(tables_fun, kSaveFlag, t) != 0)

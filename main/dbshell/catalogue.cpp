@@ -17,7 +17,21 @@ struct FunctionName {
 // The home of a table's schedule.
 ScheduleHome home_of(const Table& t, const Schedule& s) {
     const SchedulePlaces places = places_of(t, s);
-    return {.process_type = s.process_type, .offset = places.first, .stride = places.stride};
+    const bool by_type = s.keyed == Schedule::Keyed::by_type;
+    const bool by_rule = s.keyed == Schedule::Keyed::by_rule;
+    ScheduleHome home{.process_type = s.process_type, .offset = places.first};
+    home.stride = places.stride[s.keyed == Schedule::Keyed::by_row ? 1 : 0];
+    if (by_type) {
+        home.types = t.count(1);
+        home.type_stride = places.stride[1];
+    }
+    if (by_rule) {
+        home.scenes = t.count(1);
+        home.scene_stride = places.stride[1];
+        home.rules = t.count(2);
+        home.rule_stride = places.stride[2];
+    }
+    return home;
 }
 
 struct Index {
@@ -25,39 +39,41 @@ struct Index {
     std::vector<const Table*> by_number;
     std::vector<FunctionName> functions;  // sorted by name
     std::vector<ScheduleHome> homes;
-    std::map<const Table*, const Table*> next_parts;
+    std::map<const Table*, const Table*> loaded_parts, saved_parts;
 
     Index() {
         for (const Domain& domain :
              {kDeviceTables, kImageTables, kNetworkTables, kScheduleTables, kEventTables, kPtzTables,
-              kDomeTables, kAnalyticsTables, kPlatformTables})
+              kDomeTables, kAnalyticsTables, kSceneTables, kTrafficTables, kPlatformTables})
             for (const std::span<const Table> group : domain)
                 for (const Table& t : group)
                     add(t);
         std::sort(functions.begin(), functions.end(),
                   [](const FunctionName& a, const FunctionName& b) { return a.name < b.name; });
-        const auto others = other_schedule_homes();
-        homes.insert(homes.end(), others.begin(), others.end());
     }
 
     void add(const Table& t) {
         using Role = NamedFunction::Role;
         const Table* before = tables.empty() ? nullptr : tables.back();
-        const bool is_part =
-            before != nullptr && !t.get.empty() && before->get == t.get && before->set == t.set;
-        if (is_part)
-            next_parts[before] = &t;
+        const bool loaded_part = before != nullptr && !t.get.empty() && before->get == t.get;
+        const bool saved_part = before != nullptr && !t.set.empty() && before->set == t.set;
+        if (loaded_part)
+            loaded_parts[before] = &t;
+        if (saved_part)
+            saved_parts[before] = &t;
         tables.push_back(&t);
         const auto number = static_cast<std::size_t>(t.number);
         if (by_number.size() <= number)
             by_number.resize(number + 1);
         if (number != 0)
             by_number[number] = &t;
-        for (const auto& [name, role] : {std::pair{std::string(t.get), Role::get},
-                                         {std::string(t.set), Role::set},
-                                         {single_name(t), Role::single}})
-            if (!name.empty() && !is_part)
-                functions.push_back({name, {&t, role}});
+        if (!t.get.empty() && !loaded_part)
+            functions.push_back({std::string(t.get), {&t, Role::get}});
+        if (!t.set.empty() && !saved_part) {
+            functions.push_back({std::string(t.set), {&t, Role::set}});
+            if (t.has_single())
+                functions.push_back({single_name(t), {&t, Role::single}});
+        }
         for (const Schedule& s : t.schedules)
             homes.push_back(home_of(t, s));
     }
@@ -126,10 +142,14 @@ const Table* table_by_number(int number) {
                : nullptr;
 }
 
-const Table* next_part(const Table& table) {
-    const auto& parts = index().next_parts;
-    const auto found = parts.find(&table);
-    return found != parts.end() ? found->second : nullptr;
+const Table* next_loaded_part(const Table& table) {
+    const auto found = index().loaded_parts.find(&table);
+    return found != index().loaded_parts.end() ? found->second : nullptr;
+}
+
+const Table* next_saved_part(const Table& table) {
+    const auto found = index().saved_parts.find(&table);
+    return found != index().saved_parts.end() ? found->second : nullptr;
 }
 
 const Table& encryption_word_table() {

@@ -18,6 +18,8 @@ extern const Domain kEventTables;
 extern const Domain kPtzTables;
 extern const Domain kDomeTables;
 extern const Domain kAnalyticsTables;
+extern const Domain kSceneTables;
+extern const Domain kTrafficTables;
 extern const Domain kPlatformTables;
 
 // True when some of its columns are stored encrypted, under the word of encryption_word_table().
@@ -32,9 +34,10 @@ const Table* find_table(std::string_view name);
 // By number in the registry.  Null: no table has this number.
 const Table* table_by_number(int number);
 
-// The entry behind this one that has the same functions: they move the rows of both, one entry after another.  Null:
-// there is none.
-const Table* next_part(const Table& table);
+// The entry behind this one that has the same get function, or the same set function: it moves the rows of both, one
+// entry after another.  Null: there is none.
+const Table* next_loaded_part(const Table& table);
+const Table* next_saved_part(const Table& table);
 
 // The table that holds the version word of the field encryption.
 const Table& encryption_word_table();

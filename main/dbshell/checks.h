@@ -137,6 +137,18 @@ constexpr void check_fill(const Table& t) {
     }
 }
 
+constexpr void check_steps(const Table& t) {
+    int own = 0, depth = 0;
+    for (const Step& s : t.steps) {
+        own += s.function.empty() ? 1 : 0;
+        if (s.depth < depth || s.depth > kLevels || (s.function.empty() && s.depth > t.row_level() + 1))
+            throw "steps stand in the order of their depths; its own are no deeper than the rows";
+        depth = s.depth;
+    }
+    if (!t.steps.empty() && own != 1)
+        throw "one step stores the table's own rows";
+}
+
 constexpr void check_table(const Table& t) {
     if (t.number < 0 || t.number > 253)
         throw "a table's number is from 1 to 253, or 0 for none";
@@ -155,16 +167,33 @@ constexpr void check_table(const Table& t) {
         throw "default rows belong to the strategies that make rows, and to no other";
     if (makes_rows)
         check_fill(t);
-    if (makes_rows && t.layout.owner == Owner::channel)
-        for (const KeyColumn& k : t.keys)
-            if (k.selects)
-                throw "rows are made of one channel, or of one value of a key column, not of both";
+    if (makes_rows)
+        for (int level = 0; level < t.made_within; ++level)
+            if (t.count(level) > 1 && t.key_of(level) == nullptr)
+                throw "rows are made within an index that no key column tells";
+    if (t.indexes > t.row_level() + 1 || t.made_within > t.row_level() + 1)
+        throw "a function takes more indexes than the table has levels";
+    check_steps(t);
+    bool tells_apart = false;
+    for (const KeyColumn& k : t.keys) {
+        tells_apart = tells_apart || k.selects;
+        if (k.instead.empty())
+            continue;
+        bool known = false;
+        for (const KeyColumn& other : t.keys)
+            known = known || other.name == k.instead;
+        if (!known || &k != t.key_of(t.row_level()))
+            throw "or_else tells the rows of the last level by another key column";
+    }
+    if (t.says.load_only != nullptr && !tells_apart)
+        throw "a message on rows with another value in a column told by only is for a table that has one";
     for (const Statement& s : t.save) {
         if (s.table != t.name)
             throw "a save statement stores another table";
-        if (s.verb != (t.strategy == Strategy::replace ? Verb::replace
-                       : stored                        ? Verb::update
-                                                       : Verb::select))
+        const bool replaces = s.verb == Verb::replace;
+        if (t.strategy == Strategy::replace ? !replaces
+            : t.strategy == Strategy::ensure ? !replaces && s.verb != Verb::update
+                                             : s.verb != (stored ? Verb::update : Verb::select))
             throw "the save statements do not have the strategy's verb";
         if (stored && t.strategy != Strategy::packed)
             check_names_its_row(t, s);

@@ -130,39 +130,6 @@ constexpr ScheduleForm kCapture{whole_day::kTimedCapture, ScheduleKey::channel};
 constexpr ScheduleForm kTracking{whole_day::kTracking, ScheduleKey::nothing};
 constexpr ScheduleForm kVehicles{vehicle::kByType, ScheduleKey::nothing};
 
-// The features whose tables are not in the catalogue yet: their schedules are loaded all the same.
-#define HOME_OF(type, element, member)                                          \
-    {                                                                           \
-        .process_type = type, .offset = offsetof(DEVICECONFIG, element.member), \
-        .stride = sizeof(std::declval<DEVICECONFIG&>().element)                 \
-    }
-#define ONE_HOME_OF(type, path) \
-    { .process_type = type, .offset = offsetof(DEVICECONFIG, path) }
-constexpr ScheduleHome kOtherHomes[] = {
-    {.process_type = kIntelligentRule,
-     .offset = offsetof(DEVICECONFIG, analytics.qor_scene[0][0].rule[0].schedule),
-     .stride = sizeof(AnalyticsSection::qor_scene[0]),
-     .scene_stride = sizeof(AnalyticsSection::qor_scene[0][0]),
-     .rule_stride = sizeof(AnalyticsSection::qor_scene[0][0].rule[0]),
-     .scenes = std::size(AnalyticsSection{}.qor_scene[0]),
-     .rules = std::size(AnalyticsSection{}.qor_scene[0][0].rule)},
-    HOME_OF(kIntrusion, analytics.intrusion_detect[0], schedule),
-    HOME_OF(kLineDetection, analytics.line_detect[0], schedule),
-    HOME_OF(kSceneChange, analytics.scene_change[0], schedule),
-    ONE_HOME_OF(kHeatMap, analytics.heatmap.schedule),
-    ONE_HOME_OF(kPassengerCount, analytics.passenger.schedule),
-    ONE_HOME_OF(kVehicle, analytics.vehicle_detection.schedule),
-    ONE_HOME_OF(kVehicle, traffic.vehicle.detect.schedule),
-    {.process_type = kFirstSmd,
-     .types = kLastSmd - kFirstSmd + 1,
-     .type_stride = sizeof(SmdDetection),
-     .offset = offsetof(DEVICECONFIG, analytics.smd[0][0].schedule),
-     .stride = sizeof(AnalyticsSection::smd[0])},
-    ONE_HOME_OF(kTrafficVehicle, traffic.traffic.detect.schedule),
-    HOME_OF(kPeopleDetection, analytics.people_detection[0], schedule),
-    HOME_OF(kFaceSnapshot, analytics.face_snap[0], schedule),
-};
-
 }  // namespace
 
 const ScheduleForm& schedule_form(int process_type) {
@@ -187,10 +154,6 @@ const ScheduleForm& schedule_form(int process_type) {
         default:
             return kPlain;
     }
-}
-
-std::span<const ScheduleHome> other_schedule_homes() {
-    return kOtherHomes;
 }
 
 }  // namespace dbshell

@@ -47,9 +47,6 @@ struct ScheduleHome {
     int scenes = 1, rules = 1;
 };
 
-// The homes of schedules that no table of the catalogue has as its .schedules.
-std::span<const ScheduleHome> other_schedule_homes();
-
 }  // namespace dbshell
 
 #endif

@@ -19,9 +19,9 @@ namespace dbshell {
 
 enum class Verb : unsigned char { replace, insert, update, count, select };
 
-// A printf conversion that stands for a value: %d %ld %u %llu %f %s %q, bare or between single quotes.
+// A printf conversion that stands for a value: %d %ld %u %lld %llu %f %s %q, bare or between single quotes.
 struct Conversion {
-    char kind = 0;        // 'd', 'u', 'l' (%llu), 'f', 's' (%s and %q); 0: the value is a literal
+    char kind = 0;        // 'd', 'u', 'l' (%lld, %llu), 'f', 's' (%s and %q); 0: the value is a literal
     bool quoted = false;  // between single quotes: the value is text, whatever it is made from
 };
 
@@ -132,13 +132,13 @@ struct SqlText {
         if (!value.starts_with('%'))
             return {};
         // A long is a word on the device.
-        c.kind = value == "%d" || value == "%ld" ? 'd'
-                 : value == "%u"                 ? 'u'
-                 : value == "%llu"               ? 'l'
-                 : value == "%f"                 ? 'f'
+        c.kind = value == "%d" || value == "%ld"      ? 'd'
+                 : value == "%u"                      ? 'u'
+                 : value == "%lld" || value == "%llu" ? 'l'
+                 : value == "%f"                      ? 'f'
                  : value == "%s" || value == "%q"
                      ? 's'
-                     : throw "a conversion is none of %d, %ld, %u, %llu, %f, %s, %q";
+                     : throw "a conversion is none of %d, %ld, %u, %lld, %llu, %f, %s, %q";
         if (c.kind == 's' && !c.quoted)
             throw "a %s or %q stands without quotes";
         return c;

@@ -105,7 +105,8 @@ std::string encoding_of(const Table& t, const KeyColumn& k) {
         if (k.counts(level))
             levels += (levels.empty() ? "" : " and ") + level_word(t, level);
     return levels + (k.single() ? "" : ", numbered through,") + " from " + std::to_string(k.bias) +
-           (k.within ? " in its block" : "");
+           (k.within ? " in its block" : "") +
+           (k.instead.empty() ? "" : "; loaded by " + std::string(k.instead) + " where it is NULL");
 }
 
 void add_step(std::string& steps, const std::string& level, uint32_t stride) {

@@ -44,9 +44,10 @@ struct KeyColumn {
     std::string_view name;
     uint8_t levels =
         0;  // one bit a level; several: numbered through, as the digits of one number; none: constant
-    bool within = false;   // counts from the first row of the statement's block
-    bool selects = false;  // constant: a row with another value is not loaded
-    int32_t bias = 1;      // constant: the value itself
+    bool within = false;            // counts from the first row of the statement's block
+    bool selects = false;           // constant: a row with another value is not loaded
+    int32_t bias = 1;               // constant: the value itself
+    std::string_view instead = {};  // the column that tells it in rows that have no value in this one
 
     constexpr bool counts(int level) const { return (levels >> level & 1) != 0; }
     constexpr bool single() const { return levels != 0 && (levels & (levels - 1)) == 0; }
@@ -69,6 +70,11 @@ consteval KeyColumn fourth(std::string_view name, int32_t bias = 1) {
 consteval KeyColumn across(std::string_view name, KeyColumn (*first)(std::string_view, int32_t),
                            KeyColumn (*second)(std::string_view, int32_t), int32_t bias = 1) {
     return {name, static_cast<uint8_t>(first({}, 1).levels | second({}, 1).levels), false, false, bias};
+}
+// Another column tells it in rows without this one, as in older schemas.  For the rows' own level.
+consteval KeyColumn or_else(KeyColumn k, std::string_view column) {
+    k.instead = column;
+    return k;
 }
 // The same level, counted from the first row of the block that the statement serves.
 consteval KeyColumn within(KeyColumn k) {
@@ -194,25 +200,35 @@ struct Layout {
 };
 
 // The texts of a table's log messages.  In them "%d" stands for the result code or the index, "%k" for the key as
-// it stands in the row, "%o" for the owner's index, "%r" for the row's, "%s" for the statement, "%m" for SQLite's
-// message, "%T" for the table's name, "%F" for the set function's and "%S" for the _single function's.  A null
-// text: that of the group of entries (kSays), then the common one, which is told beside each.
+// it stands in the row, "%o" for the owner's index, "%r" for the row's, "%1" to "%4" for the indexes from the owner's
+// down, "%s" for the statement, "%m" for SQLite's message, "%T" for the table's name, "%G", "%F" and "%S" for the
+// names of the get, the set and the _single function.  A null text: that of the group of entries (kSays), then the
+// common one, which is told beside each.
 struct Messages {
-    const char* write = nullptr;          // "SQL error:\n"
-    const char* count = nullptr;          // " db_query_row_num err !\n"
-    const char* remove = nullptr;         // "delete %T err \n"
-    const char* insert = nullptr;         // "insert into %T err \n"
-    const char* open = nullptr;           // "db_query_open_v2 error: %d\n"
-    const char* empty = nullptr;          // none: a table without rows is no message
-    const char* save_key = nullptr;       // "Invalid sensor_no-%d\n", "invalid chan_no: %d\n"
-    const char* load_key = nullptr;       // "invalid sensor_no: %d\n", "invalid chan_no: %d\n"
-    const char* load_middle = nullptr;    // none: a level between the owner and the rows that is out of range
-    const char* load_row = nullptr;       // none: a row out of its range is skipped without a message
-    const char* wrapper = nullptr;        // "%S failed for sensor_no: %d\n", "%S error for chan_no: %d\n"
-    const char* part = nullptr;           // none: what the set or _single function adds to a failure
-    const char* schedule = nullptr;       // the saver's or loader's name and " error\n"
+    const char* write = nullptr;        // "SQL error:\n"
+    const char* count = nullptr;        // " db_query_row_num err !\n"
+    const char* remove = nullptr;       // "delete %T err \n"
+    const char* insert = nullptr;       // "insert into %T err \n"
+    const char* open = nullptr;         // "db_query_open_v2 error: %d\n"
+    const char* empty = nullptr;        // none: a table without rows is no message
+    const char* save_key = nullptr;     // "Invalid sensor_no-%d\n", "invalid chan_no: %d\n"
+    const char* save_middle = nullptr;  // `save_key`; the second index that a function is given
+    const char* save_third = nullptr;   // `save_key`; the third
+    const char* load_key = nullptr;     // "invalid sensor_no: %d\n", "invalid chan_no: %d\n"
+    const char* load_middle =
+        nullptr;  // none: the level below the owner's, above the rows, that is out of range
+    const char* load_third = nullptr;  // none: the next one
+    const char* load_row = nullptr;    // none: a row out of its range is skipped without a message
+    const char* no_key = nullptr;     // a row that does not tell its owner is skipped; else it is the first's
+    const char* no_middle = nullptr;  // `load_middle`; a row that does not tell that level
+    const char* load_only = nullptr;  // none: a row with another value in a column told by `only`
+    const char* wrapper = nullptr;    // "%S failed for sensor_no: %d\n", "%S error for chan_no: %d\n"
+    const char* part = nullptr;       // none: what the set or _single function adds to a failure
+    const char* schedule = nullptr;   // the saver's or loader's name and " error\n"
     const char* save_schedule = nullptr;  // on a failed save: `schedule`
     const char* load_null = nullptr;      // `load_row`; "%d" is the row's place in the result, from 0
+    const char* few = nullptr;            // none: a load found "%r" rows, fewer than the table's "%d"
+    const char* no_record = nullptr;      // "get_cfg_param err\n"
 };
 
 // Which failures a function tells apart by its result code, one bit a code; -1 stands for all others.
@@ -240,7 +256,8 @@ enum class WeekList : uint8_t { none, features, rules };
 
 // A weekly schedule that belongs to a table's rows.
 struct Schedule {
-    enum class Keyed : uint8_t { once, by_owner, by_row };
+    // by_type: of an owner, for each of several process types; by_rule: of an owner, for each scene and rule.
+    enum class Keyed : uint8_t { once, by_owner, by_row, by_type, by_rule };
 
     int process_type;
     Keyed keyed;
@@ -250,11 +267,13 @@ struct Schedule {
     uint32_t size;
 };
 
-// The set function of another entry that goes on where a table's rows and schedules are stored, and what is logged
-// when it fails.
-struct Sequel {
+// A part of a set function's work, done for each value of the first `depth` indexes: the set function of another
+// entry, or the table's own rows and schedules where that is empty.  The steps of an index are done in their order,
+// then those of the indexes below it.
+struct Step {
     std::string_view function;
-    const char* message;
+    int depth;
+    const char* message = nullptr;  // logged when it fails
 };
 
 // A column of the create list that the table's statements do not store, and why.
@@ -263,6 +282,7 @@ struct Unstored {
 };
 
 inline constexpr std::string_view kDerived = "_single";
+inline constexpr int kFromOwner = -1;  // 1 where there is an owner, otherwise 0
 
 struct Table {
     int number = 0;  // in the registry; 0: none
@@ -278,6 +298,9 @@ struct Table {
     bool encryption_word = false;    // the table that holds the version of the field encryption
     int rows = 0;        // rows that a list has below its levels; 0: as many as the last level's array
     int load_limit = 0;  // rows of the result that are read; 0: all
+    // A load fails when there are more rows than the table has, with the message of an empty one, in which "%r" is
+    // their number.
+    bool refuses_more = false;
     // The column that tells how many groups of its lists a row holds: a load puts them behind those of the rows
     // before it, whatever the rows' keys are.  Empty: each row holds as many as the lists have.
     std::string_view holds = {};
@@ -285,8 +308,11 @@ struct Table {
     std::span<const Statement> save = {};
     std::span<const Statement> load = {};  // empty: select * from the table
     std::span<const Schedule> schedules = {};
-    Sequel then = {};
-    bool inner_set = false;  // the set function is another table's sequel: the registry has none
+    std::span<const Step> steps = {};  // empty: the table's own rows, owner by owner
+    bool inner_set = false;            // the set function is another table's step: the registry has none
+    int indexes = kFromOwner;          // how many the _single function takes, from the owner's down
+    // Rows are counted, deleted and made anew within so many indexes from the owner's down.
+    int made_within = kFromOwner;
     DeviceCount device_rows = DeviceCount::none;  // what of its rows the device counts
     const char* device_silent = nullptr;          // logged when the number of alarms cannot be told
     bool of_older_schema = false;  // it need not be there; then that is said, and nothing is loaded
@@ -324,15 +350,15 @@ struct Table {
                 return &k;
         return nullptr;
     }
-    // The key column by which its rows are counted and made: those of one channel at a time, or those that
-    // another entry does not have.  Null: all rows of the SQL table.
-    constexpr const KeyColumn* scope() const {
-        if (layout.owner == Owner::channel)
-            return key_of(0);
-        for (const KeyColumn& k : keys)
-            if (k.selects)
-                return &k;
-        return nullptr;
+    // Its rows are counted and made by this key column: those of an index, and those that another entry does not
+    // have.  By none: all rows of the SQL table.
+    constexpr bool is_scope(const KeyColumn& k) const {
+        if (k.constant())
+            return k.selects;
+        for (int level = 0; level < made_within; ++level)
+            if (k.single() && k.counts(level))
+                return true;
+        return false;
     }
     // The first level that counts several.
     constexpr int outermost_level() const {
@@ -373,17 +399,42 @@ constexpr uint32_t field_offset(const Table& t, const Statement& s, const Field&
     return holder_offset(t, index) + static_cast<uint32_t>(row + 1 - s.origin) * s.stride + f.offset;
 }
 
-// Where a table's schedules lie: the first, in bytes from the record's start, and how far apart those of the level
-// are that has one each; stride 0: there is one.
+// Where a table's schedules lie: the first, in bytes from the record's start, and how far apart those of each level
+// are that has one each.
 struct SchedulePlaces {
-    uint32_t first, stride;
-    int level;
+    uint32_t first = 0;
+    std::array<uint32_t, 3> stride{};  // 0: the level has none of its own
+
+    constexpr uint32_t offset(Index index) const {
+        uint32_t at = first;
+        for (std::size_t level = 0; level < stride.size(); ++level)
+            at += stride[level] * static_cast<uint32_t>(index.at[level]);
+        return at;
+    }
 };
 constexpr SchedulePlaces places_of(const Table& t, const Schedule& s) {
-    const int level = s.keyed == Schedule::Keyed::by_row ? 1 : 0;
-    const uint32_t stride = s.absolute ? s.stride : t.layout.level[static_cast<std::size_t>(level)].stride;
-    return {s.offset + (s.absolute ? 0 : t.layout.base), s.keyed == Schedule::Keyed::once ? 0 : stride,
-            level};
+    using Keyed = Schedule::Keyed;
+    SchedulePlaces places{s.offset + (s.absolute ? 0 : t.layout.base), {}};
+    const auto each_of = [&](std::size_t level) {
+        places.stride[level] = s.absolute ? s.stride : t.layout.level[level].stride;
+    };
+    switch (s.keyed) {
+        case Keyed::once:
+            break;
+        case Keyed::by_rule:
+            each_of(2);
+            [[fallthrough]];
+        case Keyed::by_type:
+            each_of(1);
+            [[fallthrough]];
+        case Keyed::by_owner:
+            each_of(0);
+            break;
+        case Keyed::by_row:
+            each_of(1);
+            break;
+    }
+    return places;
 }
 
 // The value of a key column for a row of a table that has `counts` of each level.

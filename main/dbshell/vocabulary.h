@@ -27,9 +27,23 @@ namespace dbshell {
 template <auto Make>
 inline constexpr auto kStatic = Make();
 
-template <class... Fields>
-consteval std::array<Field, sizeof...(Fields)> fields_of(Fields... f) {
-    return {f...};
+consteval std::array<Field, 1> as_fields(Field f) {
+    return {f};
+}
+template <std::size_t N>
+consteval std::array<Field, N> as_fields(std::array<Field, N> fields) {
+    return fields;
+}
+template <class... Parts>
+consteval auto fields_of(Parts... parts) {
+    std::array<Field, (std::size_t{0} + ... + std::tuple_size_v<decltype(as_fields(parts))>)> all{};
+    std::size_t n = 0;
+    [[maybe_unused]] const auto add = [&](const auto& part) {
+        for (const Field& f : part)
+            all[n++] = f;
+    };
+    (add(as_fields(parts)), ...);
+    return all;
 }
 
 template <class... Keys>
@@ -45,14 +59,24 @@ struct KeyList {
 
 // A pair of tables that differ in their names and in where they lie in the record is told once, as the members of
 // a class template whose parameter is called Twin.  In its texts "{t}" stands for the twin's word in a table's
-// name, "{f}" for the one in its functions'.  Root is the type of what holds the twin's members, kRootOffset where
-// that lies in the record; outside a template both are the record's own.
+// name, "{f}" for the one in its functions'; of "[one|other]" the first of the two has the one (Twin::first), the
+// second the other; "[one]" is the first's alone.  FIRST_HAS(fields) are the fields that it alone has.  Root is the
+// type of what holds the twin's members, kRootOffset where that lies in the record; outside a template both are the
+// record's own.
 struct NoTwin {
     static constexpr std::string_view table{}, function{};
 };
 using Twin = NoTwin;
 using Root = DEVICECONFIG;
 inline constexpr std::size_t kRootOffset = 0;
+
+template <class T>
+constexpr bool is_first() {
+    if constexpr (requires { T::first; })
+        return T::first;
+    else
+        return true;
+}
 
 template <class T>
 constexpr std::size_t spell(std::string_view text, char* out) {
@@ -69,6 +93,14 @@ constexpr std::size_t spell(std::string_view text, char* out) {
         if (table || text.starts_with("{f}")) {
             put(table ? T::table : T::function);
             text.remove_prefix(3);
+        } else if (text.starts_with('[')) {
+            const auto end = text.find(']');
+            if (end == std::string_view::npos)
+                throw "a bracket is not closed";
+            const auto both = text.substr(1, end - 1);
+            const auto one = both.substr(0, both.find('|'));
+            put(is_first<T>() ? one : both.substr(std::min(one.size() + 1, both.size())));
+            text.remove_prefix(end + 1);
         } else {
             put(text.substr(0, 1));
             text.remove_prefix(1);
@@ -155,8 +187,10 @@ consteval Statement for_these(Rows64 rows, Statement s) {
 }
 
 // Serves the rows first to last of a list, whose fields lie in an array of their own: its first element is that of
-// row `first`, `stride` is the distance between them, 0 for a row alone.
-consteval Statement for_block(int16_t first, int16_t last, uint32_t stride, Statement s) {
+// row `first`, `stride` is the distance between them, 0 for a row alone.  A template, because clang takes no other
+// immediate function within a pair of tables.
+template <class S>
+consteval S for_block(int16_t first, int16_t last, uint32_t stride, S s) {
     s.first = s.origin = first;
     s.last = last;
     s.stride = stride;
@@ -222,6 +256,21 @@ struct per_element_list : two_levels<M, Owner::element> {};
 template <class M>
 struct grid : two_levels<M, Owner::none> {};
 
+// An array in a structure that is itself an element of arrays: Upper are the types of those, from the owner's down.
+//   template <class M> using rules = rows_below<M, Owner::channel, Channel[4], Scene[10]>;
+template <class M, Owner O, class... Upper>
+struct rows_below {
+    using Row = std::remove_extent_t<M>;
+    static constexpr auto keys = [] {
+        return keys_of(outer("chan_no"), inner("scene_id"), third("rule_id"));
+    };
+    static constexpr Layout layout{.owner = O,
+                                   .depth = sizeof...(Upper) + 1,
+                                   .level = {{{std::extent_v<Upper>, sizeof(std::remove_extent_t<Upper>)}...,
+                                              {std::extent_v<M>, sizeof(Row)}}}};
+    static constexpr uint32_t row_stride = sizeof(Row);
+};
+
 // ---------------------------------------------------------------------------------------- entries
 
 // What a group of entries logs, and which result codes it gives, where an entry does not tell it itself; a group that
@@ -234,12 +283,15 @@ constexpr Messages completed(Messages m, const Messages& group) {
                           .count = " db_query_row_num err !\n",
                           .remove = "delete %T err \n",
                           .insert = "insert into %T err \n",
-                          .open = "db_query_open_v2 error: %d\n"};
+                          .open = "db_query_open_v2 error: %d\n",
+                          .no_record = "get_cfg_param err\n"};
     for (const char* Messages::*text :
-         {&Messages::write, &Messages::count, &Messages::remove, &Messages::insert, &Messages::open,
-          &Messages::empty, &Messages::save_key, &Messages::load_key, &Messages::load_middle,
-          &Messages::load_row, &Messages::wrapper, &Messages::part, &Messages::schedule,
-          &Messages::save_schedule, &Messages::load_null}) {
+         {&Messages::write,      &Messages::count,     &Messages::remove,      &Messages::insert,
+          &Messages::open,       &Messages::empty,     &Messages::save_key,    &Messages::save_middle,
+          &Messages::save_third, &Messages::load_key,  &Messages::load_middle, &Messages::load_third,
+          &Messages::load_row,   &Messages::load_only, &Messages::no_key,      &Messages::no_middle,
+          &Messages::wrapper,    &Messages::part,      &Messages::schedule,    &Messages::save_schedule,
+          &Messages::load_null,  &Messages::few,       &Messages::no_record}) {
         if (m.*text == nullptr)
             m.*text = group.*text;
         if (m.*text == nullptr)
@@ -260,6 +312,11 @@ constexpr Table finished(Table t, Layout layout, std::size_t base, std::span<con
     t.name = !t.save.empty() ? t.save[0].table : t.load[0].table;
     if (layout.owner == Owner::none || t.set.empty())
         t.single = t.single == kDerived ? std::string_view() : t.single;
+    const int owners = layout.owner == Owner::none ? 0 : 1;
+    if (t.indexes == kFromOwner)
+        t.indexes = owners;
+    if (t.made_within == kFromOwner)
+        t.made_within = owners;
     check_table(t);
     return t;
 }
@@ -292,7 +349,7 @@ constexpr Table finished(Table t, Layout layout, std::size_t base, std::span<con
     MADE_(strategy, shape, path, ::dbshell::keys_of keys, number, get, set, __VA_ARGS__)
 #define MADE_(strategy_, shape, path, keys_, number_, get_, set_, ...)                                       \
     [] {                                                                                                     \
-        using Shape = ::dbshell::shape<ROOT_MEMBER_(path)>;                                                  \
+        using Shape = shape<ROOT_MEMBER_(path)>;                                                             \
         using Row [[maybe_unused]] = typename Shape::Row;                                                    \
         using Keys = ::dbshell::KeyList<[] { return keys_; }>;                                               \
         return ::dbshell::finished(::dbshell::Table{.number = number_,                                       \
@@ -316,6 +373,9 @@ constexpr Table finished(Table t, Layout layout, std::size_t base, std::span<con
 #define SAVE(...) PUTS(PUT(__VA_ARGS__))
 #define SQL(text) PUTS(PUT(text))
 
+// A function's name in an option, as the twin spells it.
+#define NAME(text) TEXT_(text)::value
+
 // ---------------------------------------------------------------------------------------- fields
 //
 // F(member) is a number or a character array.  The others name the text form; see also as(), value(), of_holder().
@@ -331,10 +391,22 @@ constexpr Table finished(Table t, Layout layout, std::size_t base, std::span<con
 #define DIGITS(path) CODED(path, (::dbshell::kArray<ROW_MEMBER_(path), 0, 3>))  // "%03d" without a separator
 #define ENCRYPTED(path, capacity) ::dbshell::encrypted(F(path), capacity)
 #define BITS(path, first, count) ::dbshell::bits(F(path), first, count)
+#define FIRST_HAS(...) ::dbshell::first_has<Twin>(__VA_ARGS__)
 // A member outside the row: of an array with one element per owner, or of one member for all rows.
 #define ELSEWHERE(array) ::dbshell::elsewhere<RECORD_MEMBER_(array)>(#array, offsetof(DEVICECONFIG, array))
 #define ELSEWHERE_ONCE(path) \
     ::dbshell::elsewhere_once<RECORD_MEMBER_(path)>(#path, offsetof(DEVICECONFIG, path))
+// A member of each element of an array with one element per owner.
+#define ELSEWHERE_IN(array, member) \
+    ::dbshell::per_owner_of(ELSEWHERE_ONCE(array[0].member), sizeof(RECORD_MEMBER_(array[0])))
+
+template <class T, class... Fields>
+consteval auto first_has(Fields... f) {
+    if constexpr (is_first<T>())
+        return fields_of(f...);
+    else
+        return std::array<Field, 0>{};
+}
 
 template <class M>
 constexpr Field elsewhere_once(std::string_view path, std::size_t offset) {
@@ -343,11 +415,15 @@ constexpr Field elsewhere_once(std::string_view path, std::size_t offset) {
     return f;
 }
 
+constexpr Field per_owner_of(Field f, uint32_t stride) {
+    f.stride[0] = stride;
+    return f;
+}
+
 template <class M>
 constexpr Field elsewhere(std::string_view path, std::size_t offset) {
-    Field f = elsewhere_once<std::remove_extent_t<M>>(path, offset);
-    f.stride[0] = sizeof(std::remove_extent_t<M>);
-    return f;
+    return per_owner_of(elsewhere_once<std::remove_extent_t<M>>(path, offset),
+                        sizeof(std::remove_extent_t<M>));
 }
 
 // FIELDS(a, b, c) is F(a), F(b), F(c).
@@ -362,12 +438,18 @@ constexpr Field elsewhere(std::string_view path, std::size_t offset) {
 
 // ---------------------------------------------------------------------------------------- schedules
 //
-// The weekly schedule of each row's owner, or of each row of a list; of the same in an array elsewhere; or one for
-// the whole table.  The process type tells how it is stored (schedule_forms.h).
+// The weekly schedule of each row's owner, or of each row of a list; of each row, by its number's process type or by
+// its scene and rule; of the same in an array elsewhere; or one for the whole table.  The process type tells how it is
+// stored (schedule_forms.h).
 
 #define SCHEDULES(...) ::dbshell::kStatic<[] { return std::array{__VA_ARGS__}; }>
 #define WEEKLY(type, member) \
     ::dbshell::weekly<Shape>(type, offsetof(Row, member), sizeof(ROW_MEMBER_(member)))
+#define WEEKLY_BY(keyed, type, member)                                            \
+    ::dbshell::Schedule {                                                         \
+        type, ::dbshell::Schedule::Keyed::keyed, offsetof(Row, member), false, 0, \
+            sizeof(ROW_MEMBER_(member))                                           \
+    }
 #define WEEKLY_EACH(type, array, member)                                                         \
     ::dbshell::Schedule {                                                                        \
         type, ::dbshell::Schedule::Keyed::by_row, offsetof(DEVICECONFIG, array[0].member), true, \
@@ -386,6 +468,16 @@ consteval Schedule weekly(int type, std::size_t offset, std::size_t size) {
                             : Shape::layout.depth > 1          ? Keyed::by_row
                                                                : Keyed::once;
     return {type, keyed, static_cast<uint32_t>(offset), false, 0, static_cast<uint32_t>(size)};
+}
+
+// ---------------------------------------------------------------------------------------- steps
+//
+// STEPS(Step{"db_save_te_polygon", 1, "..."}, itself(1)): what a set function does, in its order.
+
+#define STEPS(...) ::dbshell::kStatic<[] { return std::array{__VA_ARGS__}; }>
+// The table's own rows and schedules.
+consteval Step itself(int depth, const char* message = nullptr) {
+    return {{}, depth, message};
 }
 
 // ---------------------------------------------------------------------------------------- what is not stored

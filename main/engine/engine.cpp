@@ -41,15 +41,16 @@ int run(const Statement& statement, Purpose purpose, const Values& values) {
     return run(statement, purpose, values, [](sqlite3_stmt*) { return false; });
 }
 
-// Runs a count or a delete of an owner's rows.
-int run_for_owner(const Table& t, Purpose purpose, int outer, int64_t* count = nullptr) {
-    const KeyColumn* key = t.scope();
+// Runs a count or a delete of the rows that lie within the same indexes.
+int run_for_scope(const Table& t, Purpose purpose, Index at, int64_t* count = nullptr) {
     int rc = SQLITE_OK;
-    sqlite3_stmt* s = prepared(t.fill[0], purpose, rc, key);
+    sqlite3_stmt* s = prepared(t.fill[0], purpose, rc, &t);
     if (s == nullptr)
         return rc;
-    if (key != nullptr)
-        rc = sqlite3_bind_int(s, 1, (key->constant() ? 0 : outer) + key->bias);
+    int parameter = 0;
+    for (const KeyColumn& k : t.keys)
+        if (t.is_scope(k) && rc == SQLITE_OK)
+            rc = sqlite3_bind_int64(s, ++parameter, key_value(t.fill[0], k, at, t.counts()));
     if (rc == SQLITE_OK)
         rc = sqlite3_step(s);
     if (rc == SQLITE_ROW && count != nullptr)
@@ -72,26 +73,6 @@ Status fill_row(const Table& t, const std::byte* base, Index index, Counts count
         }
     }
     return {};
-}
-
-// Visits the indexes of an owner's rows, or of all rows where there is no owner, in order, until one fails.
-template <class Visit>
-Status for_each_row(const Table& t, int outer, Counts counts, Visit visit) {
-    Index index{outer};
-    const int top = t.layout.owner == Owner::none ? 0 : 1;
-    const int deepest = t.row_level();
-    for (int level = top; level <= deepest; ++level)
-        if (counts[level] <= 0)
-            return {};
-    while (true) {
-        if (const Status s = visit(index); !s.ok())
-            return s;
-        int level = deepest;
-        while (level >= top && ++index[level] == counts[level])
-            index[level--] = 0;
-        if (level < top)
-            return {};
-    }
 }
 
 // How many of each level a save stores: as many as the device has.
@@ -118,12 +99,9 @@ Status counts_of_save(const Table& t, std::string_view function, Counts& counts)
     return {};
 }
 
-Status write_rows(const Table& t, std::string_view function, int outer, Counts counts,
+Status write_rows(const Table& t, std::string_view function, Index at, int given, Counts counts,
                   const std::byte* base) {
-    if (t.strategy == Strategy::ensure || t.strategy == Strategy::top_up)
-        if (const Status s = ensure_rows(t, function, outer, counts); !s.ok())
-            return s;
-    return for_each_row(t, outer, counts, [&](Index index) {
+    return for_each_row(t, at, given, counts, [&](Index index) {
         for (const Statement& s : t.save) {
             if (!s.serves(index[t.row_level()]))
                 continue;
@@ -136,10 +114,11 @@ Status write_rows(const Table& t, std::string_view function, int outer, Counts c
     });
 }
 
-// What the table's own messages call the owner's index that is out of range.
-const char* save_key_message(const Table& t) {
-    if (t.says.save_key != nullptr)
-        return t.says.save_key;
+// What the table's own messages call an index that is out of range.
+const char* save_key_message(const Table& t, int level) {
+    const char* const own = level == 1 ? t.says.save_middle : level == 2 ? t.says.save_third : nullptr;
+    if (own != nullptr || t.says.save_key != nullptr)
+        return own != nullptr ? own : t.says.save_key;
     return t.layout.owner == Owner::sensor    ? "Invalid sensor_no-%d\n"
            : t.layout.owner == Owner::channel ? "invalid chan_no: %d\n"
                                               : nullptr;
@@ -153,39 +132,158 @@ const char* wrapper_message(const Table& t) {
                                               : nullptr;
 }
 
-// The rows of one owner with what belongs to them.
-Status save_owner(const Table& t, std::string_view function, int outer) {
+// One call of a set function: what a table tells of the first `given` indexes, and all below them.
+class Save {
+  public:
+    Save(const Table& table, std::string_view function, int given, std::byte* taken)
+        : t_(table), function_(function), given_(given), copy_(taken) {}
+
+    Status run(Index at) {
+        if (const Status s = counts_of_save(t_, function_, counts_); !s.ok())
+            return s;
+        counts_[0] = t_.layout.owner == Owner::none ? counts_[0] : owner_count(t_);
+        return at_depth(at, 0);
+    }
+
+  private:
+    const Table& t_;
+    const std::string_view function_;
+    const int given_;
+    std::byte* const copy_;
+    Counts counts_;
+
+    // What belongs to the first `depth` indexes, then what lies below.
+    Status at_depth(Index at, int depth) {
+        const bool makes = t_.strategy == Strategy::ensure || t_.strategy == Strategy::top_up;
+        if (makes && depth == t_.made_within && depth >= given_)
+            if (const Status s = ensure_rows(t_, writer(), at, counts_); !s.ok()) {
+                log_table(t_, function_, t_.says.part, {.number = at[0]});
+                return s;
+            }
+        const Step own[] = {{{}, std::max(t_.layout.owner == Owner::none ? 0 : 1, given_)}};
+        const auto steps = t_.steps.empty() ? std::span<const Step>(own) : t_.steps;
+        for (const Step& step : steps)
+            if (step.depth == depth)
+                if (const Status s = take(step, at); !s.ok())
+                    return s;
+        if (depth == steps.back().depth)
+            return {};
+        if (depth < given_)
+            return at_depth(at, depth + 1);
+        const int count = count_at(depth);
+        for (at[depth] = 0; at[depth] < count; ++at[depth])
+            if (const Status s = at_depth(at, depth + 1); !s.ok()) {
+                if (depth == 0 && t_.has_single())
+                    log_table(t_, t_.set, wrapper_message(t_), {.number = at[0], .at = at});
+                return s;
+            }
+        return {};
+    }
+
+    // How many there are at a level; what lies deeper than the table's own rows is told by the step's table.
+    int count_at(int level) const {
+        if (level > t_.row_level())
+            for (const Step& step : t_.steps)
+                if (step.depth > level)
+                    return find_function(step.function).table->count(level);
+        return counts_[level];
+    }
+
+    Status take(const Step& step, Index at) {
+        if (step.function.empty()) {
+            const Status status = rows(step, at);
+            if (!status.ok())
+                log_table(t_, function_, step.message, {.number = at[0], .at = at});
+            return status;
+        }
+        for (const Table* part = find_function(step.function).table; part != nullptr;
+             part = next_saved_part(*part)) {
+            const std::string function = saving_function(*part);
+            if (Save(*part, function, step.depth, copy_).run(at).ok())
+                continue;
+            log_table(t_, function_, step.message, {.number = at[0], .at = at});
+            return Cause::write;
+        }
+        return {};
+    }
+
+    std::string writer() const {
+        return t_.worker_set.empty() ? std::string(function_) : std::string(t_.worker_set);
+    }
+
+    // The table's own rows, and their schedules.
+    Status rows(const Step& step, Index at) {
+        const Status status = t_.strategy == Strategy::packed
+                                  ? save_packed(t_, copy_)
+                                  : write_rows(t_, writer(), at, step.depth, counts_, copy_);
+        if (!status.ok()) {
+            log_table(t_, function_, t_.says.part, {.number = at[0]});
+            return status;
+        }
+        return save_schedules_of(t_, at, step.depth, counts_, copy_) ? Status() : Cause::other;
+    }
+};
+
+// Takes what a table and its steps store from the record.
+std::byte* take_with_steps(const Table& t) {
+    for (const Step& step : t.steps)
+        for (const Table* part = find_function(step.function).table; part != nullptr;
+             part = next_saved_part(*part))
+            take_with_steps(*part);
     std::byte* copy = take_from_record(t);
     if (t.encryption_word)
         reinterpret_cast<DEVICECONFIG*>(copy)->sec_lock_auth.db_enc_version = VersionInUse::get();
-    Counts counts;
-    if (const Status s = counts_of_save(t, function, counts); !s.ok())
-        return s;
-    const std::string worker = t.worker_set.empty() ? std::string(function) : std::string(t.worker_set);
-    const Status status =
-        t.strategy == Strategy::packed ? save_packed(t, copy) : write_rows(t, worker, outer, counts, copy);
-    if (!status.ok()) {
-        log_table(t, function, t.says.part, {.number = outer});
-        return status;
-    }
-    if (!save_schedules_of(t, outer, counts, copy))
-        return Cause::other;
-    if (t.then.function.empty())
+    return copy;
+}
+
+int save_at(const Table& t, std::string_view function, Index at, int given) {
+    Status status = ready(t, function);
+    if (status.ok())
+        status = Save(t, function, given, take_with_steps(t)).run(at);
+    else if (given == 0 && t.has_single())
+        log_table(t, t.set, wrapper_message(t));
+    return result_of(t.graded.set, status);
+}
+
+Status query_failed(const Table& t, int rc, Index at = {}) {
+    log_table(t, loading_function(t), t.says.open, {.number = rc, .at = at});
+    return {Cause::query, rc};
+}
+
+// The rows below one index of the level above `top`.
+int64_t rows_below(const Table& t, int top, Counts counts) {
+    int64_t rows = 1;
+    for (int level = top; level <= t.row_level(); ++level)
+        rows *= counts[level];
+    return rows;
+}
+
+// Tells that there are fewer rows than the table has, where that is told; refuses more, where they are refused.
+Status check_row_count(const Table& t) {
+    if (!t.refuses_more && t.says.few == nullptr)
         return {};
-    const Table* next = find_function(t.then.function).table;
-    if (next != nullptr && save_table_single(*next, outer) == 0)
+    Rows rows(t);
+    int64_t count = 0;
+    while (rows.next())
+        ++count;
+    if (rows.error() != SQLITE_OK)
+        return query_failed(t, rows.error());
+    const int64_t wanted = rows_below(t, 0, t.counts());
+    if (count < wanted)
+        log_table(t, loading_function(t), t.says.few, {.number = wanted, .row = count});
+    if (!t.refuses_more || count <= wanted)
         return {};
-    log_table(t, function, t.then.message);
+    log_table(t, loading_function(t), t.says.empty, {.number = -1, .row = count});
     return Cause::other;
 }
 
 // Loads the rows that one query gives.
-Status read_rows(const Table& t, Rows&& rows, int outer) {
+Status read_rows(const Table& t, Rows&& rows, Index at) {
     // Without a key of its own the table is one row.
     const bool keyed =
         t.by_position || t.across_key() != nullptr || t.key_of(0) != nullptr || t.key_of(1) != nullptr;
     const int limit = keyed ? t.load_limit : 1;
-    Places places(t, outer);
+    Places places(t, at[0]);
     int count = 0, filled = 0;
     while ((limit == 0 || count < limit) && rows.next()) {
         ++count;
@@ -199,24 +297,26 @@ Status read_rows(const Table& t, Rows&& rows, int outer) {
             return Cause::other;
         }
     }
-    if (rows.error() != SQLITE_OK) {
-        log_table(t, loading_function(t), t.says.open, {.number = rows.error()});
-        return {Cause::query, rows.error()};
-    }
+    if (rows.error() != SQLITE_OK)
+        return query_failed(t, rows.error(), at);
     if (count == 0)
         log_table(t, loading_function(t), t.says.empty);
     return {};
 }
 
 Status read_table(const Table& t) {
+    if (const Status s = check_row_count(t); !s.ok())
+        return s;
     if (t.load.empty())
-        return read_rows(t, Rows(t), 0);
-    const KeyColumn* key = t.key_of(0);
-    const bool per_owner = key != nullptr && t.load[0].uses(static_cast<std::size_t>(key - t.keys.data()));
-    for (int outer = 0; outer < (per_owner ? owner_count(t) : 1); ++outer)
-        if (const Status s = read_rows(t, Rows(t, t.load[0], outer), outer); !s.ok())
-            return s;
-    return {};
+        return read_rows(t, Rows(t), {});
+    // Once for each value of the indexes that the statement takes.
+    Counts each(1, 1, 1, 1);
+    for (int level = 0; level < t.row_level(); ++level) {
+        const KeyColumn* key = t.key_of(level);
+        if (key != nullptr && t.load[0].uses(static_cast<std::size_t>(key - t.keys.data())))
+            each[level] = level == 0 ? owner_count(t) : t.count(level);
+    }
+    return for_each_row(t, {}, 0, each, [&](Index at) { return read_rows(t, Rows(t, t.load[0], at), at); });
 }
 
 // A table of an older schema need not be there any more.
@@ -257,51 +357,43 @@ Status load(const Table& t) {
     return load_schedules_of(t) ? Status() : Cause::other;
 }
 
-// Every owner's rows of one entry; stops at the first that fails.
-int save_owners(const Table& t) {
-    if (t.layout.owner == Owner::none)
-        return save_table_single(t, 0);
-    for (int outer = 0; outer < owner_count(t); ++outer) {
-        if (const int rc = save_table_single(t, outer); rc != 0) {
-            if (t.has_single())
-                log_table(t, t.set, wrapper_message(t), {.number = outer});
-            return rc;
-        }
-    }
-    return 0;
-}
-
 }  // namespace
 
 // ------------------------------------------------------------------------------------- whole tables
 
 int load_table(const Table& t) {
-    for (const Table* part = &t; part != nullptr; part = next_part(*part))
+    for (const Table* part = &t; part != nullptr; part = next_loaded_part(*part))
         if (const int rc = result_of(part->graded.get, load(*part)); rc != 0)
             return rc;
     return 0;
 }
 
 int save_table(const Table& t) {
-    for (const Table* part = &t; part != nullptr; part = next_part(*part))
-        if (const int rc = save_owners(*part); rc != 0)
+    for (const Table* part = &t; part != nullptr; part = next_saved_part(*part))
+        if (const int rc =
+                save_at(*part, part->has_single() ? single_name(*part) : std::string(part->set), {}, 0);
+            rc != 0)
             return rc;
     return 0;
 }
 
-int save_table_single(const Table& t, int outer) {
+int save_table_single(const Table& t, Index at, int given) {
     const std::string function = t.has_single() ? single_name(t) : std::string(t.set);
-    if (outer < 0 || outer >= owner_count(t)) {
-        log_table(t, function, save_key_message(t), {.number = outer});
+    given = std::min(given, t.indexes);
+    for (int level = 0; level < given; ++level) {
+        const int count = level == 0 ? owner_count(t) : t.count(level);
+        if (at[level] >= 0 && at[level] < count)
+            continue;
+        log_table(t, function, save_key_message(t, level), {.number = at[level], .at = at});
         return -1;
     }
-    Status status = ready(t, function);
-    if (status.ok())
-        status = save_owner(t, function, outer);
-    return result_of(t.graded.set, status);
+    for (const Table* part = &t; part != nullptr; part = next_saved_part(*part))
+        if (const int rc = save_at(*part, function, at, given); rc != 0)
+            return rc;
+    return 0;
 }
 
-std::optional<int> call_table_function(std::string_view name, int outer) {
+std::optional<int> call_table_function(std::string_view name, Index at, int given) {
     const NamedFunction f = find_function(name);
     switch (f.role) {
         case NamedFunction::Role::get:
@@ -309,7 +401,7 @@ std::optional<int> call_table_function(std::string_view name, int outer) {
         case NamedFunction::Role::set:
             return save_table(*f.table);
         case NamedFunction::Role::single:
-            return save_table_single(*f.table, outer);
+            return save_table_single(*f.table, at, given);
         case NamedFunction::Role::none:
             break;
     }
@@ -326,10 +418,11 @@ Status store_row(const Table& t, const Statement& s, const std::byte* base, Inde
         changes = s.verb == Verb::update && sqlite3_column_int(row, 0) != 0;
         return s.verb == Verb::update && !changes;
     });
-    const bool fills = t.strategy == Strategy::fill_missing;
+    const bool fills = s.verb == Verb::update && !t.fill.empty() && t.strategy != Strategy::packed;
+    const bool looks = t.strategy == Strategy::fill_missing;
     if (asked != SQLITE_OK) {
         // Whether the row can be looked for, or only its columns are not as told.
-        const bool found = !fills || run(s, Purpose::ask_rows, scratch) == SQLITE_OK;
+        const bool found = !looks || run(s, Purpose::ask_rows, scratch) == SQLITE_OK;
         return {found ? Cause::write : Cause::query, asked};
     }
     if (fills && !there) {
@@ -372,7 +465,7 @@ Status load_row(const Table& t, std::string_view function, std::byte* base, Inde
 
 Status ready(const Table& t, std::string_view function) {
     if (get_cfg_param() == nullptr) {
-        log_table(t, function, "get_cfg_param err\n");
+        log_table(t, function, t.says.no_record);
         return Cause::no_record;
     }
     if (get_db_handle() == nullptr) {
@@ -394,31 +487,30 @@ std::byte* record_base() {
     return reinterpret_cast<std::byte*>(get_cfg_param());
 }
 
-Status ensure_rows(const Table& t, std::string_view function, int outer, Counts counts) {
-    int64_t wanted = 1;
-    for (int level = t.layout.owner == Owner::none ? 0 : 1; level <= t.row_level(); ++level)
-        wanted *= counts[level];
+Status ensure_rows(const Table& t, std::string_view function, Index at, Counts counts) {
+    const int64_t wanted = rows_below(t, t.made_within, counts);
     if (wanted == 0)
         return {};
     int64_t count = 0;
-    if (const int rc = run_for_owner(t, Purpose::count, outer, &count); rc != SQLITE_OK) {
+    if (const int rc = run_for_scope(t, Purpose::count, at, &count); rc != SQLITE_OK) {
         log_table(t, function, t.says.count, {.number = rc});
         return {Cause::query, rc};
     }
     const bool adds = t.strategy == Strategy::top_up;
     // An update that names no row sets the key of every row: only one may be there.
-    const bool one_only = !adds && !t.save.empty() && !t.save[0].has_condition();
+    const bool one_only =
+        !adds && !t.save.empty() && t.save[0].verb == Verb::update && !t.save[0].has_condition();
     if (count >= wanted && !(one_only && count > 1))
         return {};
     if (count > 0 && !adds) {
-        if (const int rc = run_for_owner(t, Purpose::remove, outer); rc != SQLITE_OK) {
+        if (const int rc = run_for_scope(t, Purpose::remove, at); rc != SQLITE_OK) {
             log_table(t, function, t.says.remove, {.number = rc});
             return {Cause::remove, rc};
         }
         count = 0;
     }
     int64_t row = 0;
-    return for_each_row(t, outer, counts, [&](Index index) {
+    return for_each_row(t, at, t.made_within, counts, [&](Index index) {
         if (row++ < count)
             return Status();
         const Statement* failed = nullptr;

@@ -8,6 +8,7 @@
 #define ENGINE_ENGINE_H
 
 #include <optional>
+#include <vector>
 
 #include "status.h"
 #include "table.h"
@@ -17,12 +18,30 @@ namespace dbshell {
 [[nodiscard]] int load_table(const Table& table);
 // Every owner of the table; stops at the first that fails.
 [[nodiscard]] int save_table(const Table& table);
-// One sensor or channel, counted from 0.
-[[nodiscard]] int save_table_single(const Table& table, int outer);
+// What lies at the first `given` indexes, counted from 0: of one sensor or channel, of one of its scenes.  The
+// indexes that the table's _single function does not take are not looked at; those that it takes and is not given
+// run through all that there are.
+[[nodiscard]] int save_table_single(const Table& table, Index at, int given = 1);
 
-// Calls a get, set or _single function of the catalogue by its name; a _single function takes the index.
+// Tables that are stored one after another in one transaction.  While this lives, a schedule is left to the last of
+// them that keeps it in the same row.
+class StoredInOrder {
+  public:
+    explicit StoredInOrder(std::vector<const Table*> tables);
+    ~StoredInOrder();
+    StoredInOrder(const StoredInOrder&) = delete;
+    StoredInOrder& operator=(const StoredInOrder&) = delete;
+
+    // A later table than this one stores a schedule of this process type.
+    static bool leaves_to_another(const Table& table, int process_type);
+
+  private:
+    const std::vector<const Table*> tables_;
+};
+
+// Calls a get, set or _single function of the catalogue by its name; a _single function takes the indexes.
 // Empty: there is none of that name.
-[[nodiscard]] std::optional<int> call_table_function(std::string_view name, int outer);
+[[nodiscard]] std::optional<int> call_table_function(std::string_view name, Index at, int given = 1);
 
 // ------------------------------------------------------------------------------------- one row
 //

@@ -30,6 +30,12 @@ std::string spelled(const Table& t, const char* message, const Told& told) {
             case 'r':
                 line += std::to_string(told.row);
                 break;
+            case '1':
+            case '2':
+            case '3':
+            case '4':
+                line += std::to_string(told.at[*c - '1']);
+                break;
             case 's':
                 line += told.statement;
                 break;
@@ -38,6 +44,9 @@ std::string spelled(const Table& t, const char* message, const Told& told) {
                 break;
             case 'T':
                 line += t.name;
+                break;
+            case 'G':
+                line += loading_function(t);
                 break;
             case 'F':
                 line += t.set;

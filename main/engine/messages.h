@@ -13,6 +13,7 @@ namespace dbshell {
 // What a message's placeholders stand for (Messages, table.h).
 struct Told {
     int64_t number = 0, key = 0, outer = 0, row = 0;
+    Index at = {};
     std::string statement = {};
 };
 

@@ -68,21 +68,40 @@ std::optional<Index> Places::across(const Rows& rows, Index index) {
     return {};
 }
 
+// What the columns tell of each level; 0 where they tell nothing.
+Index Places::told(const Rows& rows) const {
+    Index told;
+    for (int level = 0; level < kLevels; ++level)
+        if (const KeyColumn* k = table_.key_of(level))
+            told[level] = static_cast<int>(std::max<int64_t>(rows.key(k->name).value_or(k->bias) - k->bias, INT_MIN));
+    return told;
+}
+
 bool Places::upper_levels(const Rows& rows, Index& index) {
     for (int level = 0; level < table_.row_level(); ++level) {
         const KeyColumn* k = table_.key_of(level);
         if (k == nullptr)
             continue;
+        const auto key = rows.key(k->name);
+        const char* const absent = level == 0 ? table_.says.no_key : table_.says.no_middle;
+        if (!key && absent != nullptr) {
+            log_table(table_, table_.get, absent);
+            return false;
+        }
         const int64_t missing = level == 0 ? outer_ + k->bias : k->bias - 1;
-        const int64_t i = rows.key(k->name).value_or(missing) - k->bias;
+        const int64_t i = key.value_or(missing) - k->bias;
         const bool owned = level == 0 && table_.layout.owner != Owner::none;
         if (i < 0 || i >= (owned ? owner_count(table_) : table_.count(level))) {
             owner_unknown_ = level == 0;
             const KeyColumn* row = table_.key_of(table_.row_level());
-            log_table(table_, table_.get, level == 0 ? load_key_message(table_) : table_.says.load_middle,
+            log_table(table_, table_.get,
+                      level == 0   ? load_key_message(table_)
+                      : level == 1 ? table_.says.load_middle
+                                   : table_.says.load_third,
                       {.number = i,
                        .outer = i,
-                       .row = row == nullptr ? 0 : rows.key(row->name).value_or(row->bias) - row->bias});
+                       .row = row == nullptr ? 0 : rows.key(row->name).value_or(row->bias) - row->bias,
+                       .at = told(rows)});
             return false;
         }
         index[level] = static_cast<int>(i);
@@ -129,16 +148,18 @@ bool Places::row_level(const Rows& rows, Index& index) {
     const KeyColumn* k = table_.key_of(level);
     if (k == nullptr)
         return true;
-    const auto told = rows.key(k->name);
-    if (!told && table_.says.load_null != nullptr) {
+    auto stored = rows.key(k->name);
+    if (!stored && !k->instead.empty())
+        stored = rows.key(k->instead);
+    if (!stored && table_.says.load_null != nullptr) {
         log_table(table_, table_.get, table_.says.load_null, {.number = count_ - 1});
         return false;
     }
-    const int64_t key = told.value_or(k->bias - 1);
+    const int64_t key = stored.value_or(k->bias - 1);
     const int64_t i = key - k->bias;
     if (i < 0 || i >= table_.row_count()) {
         log_table(table_, table_.get, table_.says.load_row,
-                  {.number = i, .key = key, .outer = index[0], .row = i});
+                  {.number = i, .key = key, .outer = index[0], .row = i, .at = told(rows)});
         return false;
     }
     index[level] = static_cast<int>(i);
@@ -151,9 +172,13 @@ std::optional<Index> Places::of(const Rows& rows) {
     Index index{outer_};
     if (!upper_levels(rows, index))
         return {};
-    for (const KeyColumn& k : table_.keys)
-        if (k.selects && rows.key(k.name).value_or(k.bias) != k.bias)
-            return {};
+    for (const KeyColumn& k : table_.keys) {
+        const int64_t value = k.selects ? rows.key(k.name).value_or(k.bias) : k.bias;
+        if (value == k.bias)
+            continue;
+        log_table(table_, table_.get, table_.says.load_only, {.number = value});
+        return {};
+    }
     const auto found = across(rows, index);
     if (!found)
         return {};

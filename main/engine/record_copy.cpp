@@ -43,8 +43,7 @@ std::vector<Extent> extents_of(const Table& t) {
         extents.push_back(rows);
     for (const Schedule& s : t.schedules) {
         const SchedulePlaces places = places_of(t, s);
-        const std::size_t more = places.stride == 0 ? 0 : static_cast<std::size_t>(last[places.level]);
-        extents.push_back({places.first, places.first + more * places.stride + s.size});
+        extents.push_back({places.first, places.offset(last) + s.size});
     }
     return extents;
 }

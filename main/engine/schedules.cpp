@@ -1,5 +1,6 @@
 #include "schedules.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "catalogue.h"
@@ -46,6 +47,21 @@ int save_schedule(const ScheduleForm& form, const void* schedule, int process_ty
     log_store_failure(t, t.save[0], t.set, status, base, index.row, t.counts(),
                       form.quiet ? kNotice : kError);
     return -1;
+}
+
+// The key of a table's schedule that lies at an index.
+ScheduleIndex key_of(const ScheduleForm& form, const Schedule& s, int process_type, Index at) {
+    const int number = at[s.keyed == Schedule::Keyed::by_row ? 1 : 0];
+    switch (form.key) {
+        case ScheduleKey::rule:
+            return {{0, at[1], at[2], at[0]}, at[0]};
+        case ScheduleKey::alarm:  // alarms are numbered from 1
+            return {{process_type, number + 1}, 0};
+        case ScheduleKey::channel:
+        case ScheduleKey::nothing:
+            break;
+    }
+    return {{process_type, number}, number};
 }
 
 int save_schedule(const void* schedule, int process_type, int key) {
@@ -175,25 +191,49 @@ bool moved(const Table& t, std::string_view function, std::string_view mover, co
     return false;
 }
 
+const StoredInOrder* current_order = nullptr;  // one at a time, under g_db_mutexsem
+
 }  // namespace
 
-bool save_schedules_of(const Table& t, int outer, Counts counts, const std::byte* copy) {
+StoredInOrder::StoredInOrder(std::vector<const Table*> tables) : tables_(std::move(tables)) {
+    current_order = this;
+}
+
+StoredInOrder::~StoredInOrder() {
+    current_order = nullptr;
+}
+
+bool StoredInOrder::leaves_to_another(const Table& table, int process_type) {
+    if (current_order == nullptr)
+        return false;
+    const auto& tables = current_order->tables_;
+    const auto here = std::find(tables.begin(), tables.end(), &table);
+    return here != tables.end() && std::any_of(here + 1, tables.end(), [&](const Table* later) {
+               return std::any_of(later->schedules.begin(), later->schedules.end(),
+                                  [&](const Schedule& s) { return s.process_type == process_type; });
+           });
+}
+
+bool save_schedules_of(const Table& t, Index at, int given, Counts counts, const std::byte* copy) {
     const std::string function = t.has_single() ? single_name(t) : std::string(t.set);
     for (const Schedule& s : t.schedules) {
+        if (StoredInOrder::leaves_to_another(t, s.process_type))
+            continue;
         const SchedulePlaces places = places_of(t, s);
         const ScheduleForm& form = schedule_form(s.process_type);
-        const bool by_row = s.keyed == Schedule::Keyed::by_row;
-        const int from = s.keyed == Schedule::Keyed::by_owner ? outer : 0;
-        const int to = by_row ? counts[places.level] : from + 1;
-        for (int i = from; i < to; ++i) {
-            // Alarms are numbered from 1.
-            const int key = form.key == ScheduleKey::alarm ? i + 1 : i;
-            const std::byte* schedule = copy + places.first + static_cast<std::size_t>(i) * places.stride;
-            if (!moved(t, function, form.table.set,
-                       t.says.save_schedule != nullptr ? t.says.save_schedule : t.says.schedule,
-                       save_schedule(schedule, s.process_type, key)))
-                return false;
-        }
+        const char* message = t.says.save_schedule != nullptr ? t.says.save_schedule : t.says.schedule;
+        Counts each(1, 1, 1, 1);
+        for (std::size_t level = 0; level < places.stride.size(); ++level)
+            if (places.stride[level] != 0)
+                each.at[level] = counts.at[level];
+        const Status saved = for_each_row(t, at, given, each, [&](Index index) -> Status {
+            const int type = s.process_type + (s.keyed == Schedule::Keyed::by_type ? index[1] : 0);
+            const int result =
+                save_schedule(form, copy + places.offset(index), type, key_of(form, s, type, index));
+            return moved(t, function, form.table.set, message, result) ? Status() : Cause::other;
+        });
+        if (!saved.ok())
+            return false;
     }
     return true;
 }
@@ -201,7 +241,9 @@ bool save_schedules_of(const Table& t, int outer, Counts counts, const std::byte
 bool load_schedules_of(const Table& t) {
     for (const Schedule& s : t.schedules) {
         const std::string_view loader = schedule_form(s.process_type).table.get;
-        if (!loader.empty() && !moved(t, t.get, loader, t.says.schedule, load_type(s.process_type)))
+        const bool has_its_own_table = s.keyed == Schedule::Keyed::by_rule;
+        if (!loader.empty() && !has_its_own_table &&
+            !moved(t, t.get, loader, t.says.schedule, load_type(s.process_type)))
             return false;
     }
     return true;

@@ -61,17 +61,28 @@ std::string question(const Statement& s) {
     return "select " + conditions(s, " is not ", " or ") + rows_named(s);
 }
 
-std::string rows_of(const Statement& s, const KeyColumn* owner_key) {
-    return " from " + std::string(s.table) +
-           (owner_key == nullptr ? "" : " where " + std::string(owner_key->name) + " = ?1");
+std::string rows_of(const Statement& s, const Table* scoped) {
+    std::string out = " from " + std::string(s.table);
+    if (scoped == nullptr)
+        return out;
+    int parameter = 0;
+    for (const KeyColumn& k : scoped->keys)
+        if (scoped->is_scope(k)) {
+            out += parameter == 0 ? " where " : " and ";
+            out.append(k.name) += " = ?" + std::to_string(++parameter);
+        }
+    return out;
 }
 
 }  // namespace
 
-std::string executable(const Statement& s, Purpose purpose, const KeyColumn* owner_key) {
+std::string executable(const Statement& s, Purpose purpose, const Table* scoped) {
     switch (purpose) {
         case Purpose::run:
-            return parametrised(s, 0, s.text.size());
+            // A default row takes the place of one that has its key and lies outside of the rows that were counted.
+            return s.verb == Verb::insert
+                       ? "insert or replace" + parametrised(s, std::string_view("insert").size(), s.text.size())
+                       : parametrised(s, 0, s.text.size());
         case Purpose::ask:
             return question(s);
         case Purpose::ask_rows:
@@ -79,17 +90,17 @@ std::string executable(const Statement& s, Purpose purpose, const KeyColumn* own
         case Purpose::select_all:
             return "select *" + rows_of(s, nullptr);
         case Purpose::count:
-            return "select count(*)" + rows_of(s, owner_key);
+            return "select count(*)" + rows_of(s, scoped);
         case Purpose::remove:
-            return "delete" + rows_of(s, owner_key);
+            return "delete" + rows_of(s, scoped);
         case Purpose::exists:
             break;
     }
     return "SELECT COUNT(*) as count FROM sqlite_master WHERE type='table' and name= ?1;";
 }
 
-sqlite3_stmt* prepared(const Statement& statement, Purpose purpose, int& code, const KeyColumn* owner_key) {
-    const auto text = [&] { return executable(statement, purpose, owner_key); };
+sqlite3_stmt* prepared(const Statement& statement, Purpose purpose, int& code, const Table* scoped) {
+    const auto text = [&] { return executable(statement, purpose, scoped); };
     sqlite3_stmt* s = nullptr;
     code = db_prepare({&statement, static_cast<int>(purpose)}, std::ref(text), &s);
     return s;

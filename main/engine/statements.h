@@ -15,17 +15,16 @@ enum class Purpose : uint8_t {
                  //   a row where a replace would change nothing
     ask_rows,    // the same parameters: how many rows an update is for
     select_all,  // every row of the statement's table
-    count,       // the rows of its table, of one owner where `owner_key` is given
+    count,       // the rows of its table, those of one scope where `scoped` is given
     remove,      // deletes those
     exists,      // whether there is such a table, by its name
 };
 
 // Prepared for the open connection, which owns it; null with SQLite's code, which is logged.
-sqlite3_stmt* prepared(const Statement& statement, Purpose purpose, int& code,
-                       const KeyColumn* owner_key = nullptr);
+sqlite3_stmt* prepared(const Statement& statement, Purpose purpose, int& code, const Table* scoped = nullptr);
 
-// The SQL text that is prepared.
-std::string executable(const Statement& statement, Purpose purpose, const KeyColumn* owner_key = nullptr);
+// The SQL text that is prepared.  The parameters of a scope are the table's scope columns in their order.
+std::string executable(const Statement& statement, Purpose purpose, const Table* scoped = nullptr);
 
 }  // namespace dbshell
 

@@ -72,7 +72,7 @@ Status save_packed(const Table& t, std::byte* copy) {
         log_table(t, t.set, "no entry is free for the user in the administrator's place\n");
         return Cause::other;
     }
-    if (const Status s = ensure_rows(t, t.set, 0, t.counts()); !s.ok())
+    if (const Status s = ensure_rows(t, t.set, {}, t.counts()); !s.ok())
         return s;
     int packed = 0;
     for (int i = 0; i < count; ++i) {

@@ -141,7 +141,7 @@ std::string rendered(const Table& t, const Statement& s, const std::byte* base, 
         } else if (slot.conversion.kind == 'f') {
             out += real_of_slot(t, s, slot, base, index);
         } else {
-            append_number(out, number_of_slot(t, s, slot, base, index, counts), slot.conversion.kind == 'l');
+            append_number(out, number_of_slot(t, s, slot, base, index, counts), s.value(slot) == "%llu");
         }
         if (slot.conversion.quoted)
             out += '\'';

@@ -15,8 +15,28 @@ int owner_count(const Table& table);
 // The base of the record's own values.
 std::byte* record_base();
 
-// Afterwards the rows of an ensure or top-up table exist for one owner, or for the table that has none.
-Status ensure_rows(const Table& table, std::string_view function, int outer, Counts counts);
+// Afterwards the rows of an ensure or top-up table exist that lie within the indexes its rows are made within.
+Status ensure_rows(const Table& table, std::string_view function, Index at, Counts counts);
+
+// Visits the rows of a table that lie at the first `given` indexes, in order, until one fails.
+template <class Visit>
+Status for_each_row(const Table& t, Index at, int given, Counts counts, Visit visit) {
+    const int deepest = t.row_level();
+    for (int level = given; level <= deepest; ++level) {
+        if (counts[level] <= 0)
+            return {};
+        at[level] = 0;
+    }
+    while (true) {
+        if (const Status s = visit(at); !s.ok())
+            return s;
+        int level = deepest;
+        while (level >= given && ++at[level] == counts[level])
+            at[level--] = 0;
+        if (level < given)
+            return {};
+    }
+}
 
 // ------------------------------------------------------------------------------------- places.cpp
 
@@ -41,6 +61,7 @@ class Places {
     std::vector<std::pair<Index, int>> arrived_;  // rows of a block so far, by what holds the block
     bool owner_unknown_ = false;
 
+    Index told(const Rows& rows) const;
     std::optional<Index> across(const Rows& rows, Index index);
     bool upper_levels(const Rows& rows, Index& index);
     bool row_level(const Rows& rows, Index& index);
@@ -55,8 +76,8 @@ Status load_packed(const Table& table);
 
 // ------------------------------------------------------------------------------------- schedules.cpp
 
-// Saves the schedules of an owner's rows, as many rows as `counts` tells.  Logs what fails.
-bool save_schedules_of(const Table& table, int outer, Counts counts, const std::byte* copy);
+// Saves the schedules of the rows at the first `given` indexes, as many rows as `counts` tells.  Logs what fails.
+bool save_schedules_of(const Table& table, Index at, int given, Counts counts, const std::byte* copy);
 // Loads those that are not loaded with all others.
 bool load_schedules_of(const Table& table);
 Status load_week_list(const Table& table);
