@@ -13,6 +13,7 @@ inline constexpr key_t kDefaultsKey = 0x44425351;  // raised by the main applica
 inline constexpr const char* kDatabaseFile = "/devinfo/ipc_db";
 inline constexpr const char* kDatabaseBackupFile = "/devinfo/ipc_db_backup";
 inline constexpr const char* kOperationLogFile = "/devinfo/db_op_info.log";
+inline constexpr const char* kLaneParameterFile = "/devinfo/customcfg.bin";  // from the factory
 
 // The schema version of a fresh database; packed, the major number stands above a minor byte of 0.
 inline constexpr int kCurrentMajor = 1180;
