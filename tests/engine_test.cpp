@@ -82,9 +82,15 @@ TEST_F(Engine, RowsWithoutTheirKeyAreSkipped) {
     sql("insert into chn_comp_info(chn_index, channel_no, stream_index, quality) values(1, 1, null, 9);"
         "insert into exception_list(idx, exception_no, handle_type) values(1, null, 9);"
         "insert into local_port_list(idx, port_type, start_port) values(1, null, 9);"
-        "insert into motion_detect_list(chan_no, line_no, line_data) values(1, null, '9:');");
+        "insert into motion_detect_list(chan_no, line_no, line_data) values(1, null, '9:');"
+        "insert into ipdome_roi_group(group_idx, inputtype_idx, benable) values(null, 0, 9);"
+        "insert into multi_ccd_demo_ccdpara_config(idx, mode, smartIR) values(1, null, 9);"
+        "insert into vm_snapshot_normal_param(process_type, chain_no, line_no, enable) values(1, null, 1, 9);");
     EXPECT_THAT(logged([] { EXPECT_EQ(run("db_get_comp_info"), 0); }), HasSubstr("invalid stream_no: -1\n"));
-    for (const char* get : {"db_get_exception", "db_get_local_port", "db_get_motion_list"})
+    EXPECT_THAT(logged([] { EXPECT_EQ(run("db_get_vm_snapshot_normal_param"), 0); }),
+                HasSubstr("chain_no:-1 or line_no:0 error\n"));
+    for (const char* get : {"db_get_exception", "db_get_local_port", "db_get_motion_list",
+                            "db_get_ipdome_roi_group", "db_get_multi_ccd_demo_ccdpara_cfg"})
         EXPECT_EQ(run(get), 0);
     EXPECT_EQ(std::memcmp(&r_, original.get(), sizeof r_), 0);
 }

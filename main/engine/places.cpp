@@ -78,6 +78,8 @@ Index Places::told(const Rows& rows) const {
 }
 
 bool Places::upper_levels(const Rows& rows, Index& index) {
+    const Owner owner = table_.layout.owner;
+    const bool first_by_default = owner == Owner::channel || owner == Owner::sensor;
     for (int level = 0; level < table_.row_level(); ++level) {
         const KeyColumn* k = table_.key_of(level);
         if (k == nullptr)
@@ -88,9 +90,10 @@ bool Places::upper_levels(const Rows& rows, Index& index) {
             log_table(table_, table_.get, absent);
             return false;
         }
-        const int64_t missing = level == 0 ? outer_ + k->bias : k->bias - 1;
+        // Rows of a schema that knew one channel belong to it; any other row without its key belongs nowhere.
+        const int64_t missing = level == 0 && first_by_default ? outer_ + k->bias : k->bias - 1;
         const int64_t i = key.value_or(missing) - k->bias;
-        const bool owned = level == 0 && table_.layout.owner != Owner::none;
+        const bool owned = level == 0 && owner != Owner::none;
         if (i < 0 || i >= (owned ? owner_count(table_) : table_.count(level))) {
             owner_unknown_ = level == 0;
             const KeyColumn* row = table_.key_of(table_.row_level());
