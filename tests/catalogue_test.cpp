@@ -347,6 +347,26 @@ TEST_F(Catalogue, DomeTableOfAnOlderSchema) {
     expect_preset(dome.preset[92], "p");
 }
 
+// Older schemas kept the tracking in two tables, which are only loaded.
+TEST_F(Catalogue, DomeTrackingOfAnOlderSchema) {
+    sql("insert into intelligent_paramrule(idx, alarm_delaytime, track_holdtime, predict_state, active_track_smooth_mode, zoomcof_adjust, benable, zcoef_value, maxtrackzoom, trackzoomtype, zoomcof) values(1, 1, 2, 99, 3, 4, 5, 6, 7, 8, 99);"
+        "insert into intelligent_ctrl_info(idx, benable, bautotrackenable) values(1, 99, 9);");
+    DomeTracking expected{};
+    expected.alarm_delay_time = 1;
+    expected.track_hold_time = 2;
+    expected.active_track_smooth_mode = 3;
+    expected.zoomcof_adjust = 4;
+    expected.zcoef_benable = 5;
+    expected.zcoef_value = 6;
+    expected.max_track_zoom = 7;
+    expected.track_zoom_type = 8;
+    EXPECT_EQ(run("db_get_intelligent_paramrule"), 0);
+    EXPECT_EQ(std::memcmp(&r_.dome.tracking, &expected, sizeof expected), 0);
+    expected.b_auto_track_enable = 9;
+    EXPECT_EQ(run("db_get_intelligent_ctrl_info"), 0);
+    EXPECT_EQ(std::memcmp(&r_.dome.tracking, &expected, sizeof expected), 0);
+}
+
 // A colon within a mask's text is stored as a blank, so that the masks behind it keep their places.
 TEST_F(Catalogue, PrivacyMasks) {
     auto& masks = r_.dome.privacy.privacygroup_Input;
@@ -647,6 +667,8 @@ TEST_F(Catalogue, RowsOutOfRange) {
          "intrusion_detect_table.enable[1]"},
         {"vca_line_cfg values(1, 1, 1, 2, '9:9', '9:9'),(1, 1, 2, 1, '5:5', '6:6'),(1, 2, 1, 1, '8', '8')",
          "db_get_vca_line_cfg", 0, "vca line num error: 2\n", nullptr},
+        {"multi_ccd_preset_switch_param_config(idx) values(0)", "db_get_multi_ccd_preset_switch_param_cfg", 0,
+         " db_get_multi_ccd_preset_switch_param_cfg switch_idx(-1) err\n", nullptr},
     };
     for (const auto& c : cases) {
         sql(std::string("insert into ") + c.rows);

@@ -60,11 +60,14 @@ std::optional<Index> Places::across(const Rows& rows, Index index) {
             index[level] = here;
     }
     const int row = table_.row_level();
-    const bool known = index[top] >= 0 && index[top] < (top == 0 ? owner_count(table_) : table_.count(top)) &&
-                       index[row] >= 0 && index[row] < table_.row_count();
+    const bool top_known =
+        index[top] >= 0 && index[top] < (top == 0 ? owner_count(table_) : table_.count(top));
+    const bool known = top_known && index[row] >= 0 && index[row] < table_.row_count();
     if (known || table_.key_of(row) != nullptr)
         return index;
-    log_table(table_, table_.get, table_.says.load_row, {.number = index[row], .outer = index[top]});
+    const Messages& says = table_.says;
+    log_table(table_, table_.get, !top_known && says.load_key != nullptr ? says.load_key : says.load_row,
+              {.number = index[row], .outer = index[top]});
     return {};
 }
 

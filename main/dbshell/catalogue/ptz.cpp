@@ -182,7 +182,8 @@ constexpr Table kTables[] = {
     // whether its preset is linked.
     REPLACE_BY(list, ptz.multi_ccd.preset_switch, (across("idx", inner, third)), 248,
                "db_get_multi_ccd_preset_switch_param_cfg", "db_set_multi_ccd_preset_switch_param_cfg",
-               .says = {.load_row = " db_get_multi_ccd_preset_switch_param_cfg preset_idx(%o) err\n"},
+               .says = {.load_key = " db_get_multi_ccd_preset_switch_param_cfg preset_idx(%o) err\n",
+                        .load_row = " db_get_multi_ccd_preset_switch_param_cfg switch_idx(%d) err\n"},
                .rows = std::size(MultiCcdPresetSwitch{}.segment),
                .save = PUTS(PUT_BLOCK(1, std::size(MultiCcdPresetSwitch{}.segment), sizeof(MultiCcdSegment),
                                       "replace into multi_ccd_preset_switch_param_config (idx, b_link, link_preset_index, b_timer_seg, switch_scene, startTime, stopTime) values(%d, %d, %d, %d, %d, %d, %d);",
