@@ -65,8 +65,9 @@ int store_all() {
     Work work;
     if (!work.begin(all_tables()))
         return -1;
-    for (const Table* t : all_tables())
-        if (!t->set.empty() && save_table(*t) != 0)
+    for (int number = 1; number < kTableNumbers; ++number)
+        if (const Table* t = table_by_number(number);
+            t != nullptr && t->has_registry_set() && save_table(*t) != 0)
             return -1;
     return work.commit() ? 0 : -1;
 }
@@ -77,8 +78,8 @@ int load_all() {
     if (!work.begin_to_load())
         return -1;
     int failures = 0;
-    for (const Table* t : all_tables())
-        if (!t->get.empty())
+    for (int number = 1; number < kTableNumbers; ++number)
+        if (const Table* t = table_by_number(number); t != nullptr)
             failures += load_table(*t) != 0;
     return work.commit() ? failures : -1;
 }

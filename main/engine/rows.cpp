@@ -35,6 +35,13 @@ bool Rows::next() {
 }
 
 int Rows::column(std::string_view name) const {
+    for (const auto& [known, number] : known_)
+        if (known.data() == name.data() && known.size() == name.size())
+            return number;
+    return known_.emplace_back(name, find_column(name)).second;
+}
+
+int Rows::find_column(std::string_view name) const {
     const int columns = sqlite3_column_count(statement_);
     for (int i = 0; i < columns; ++i)
         if (sqlite3_strnicmp(sqlite3_column_name(statement_, i), name.data(),

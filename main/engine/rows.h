@@ -26,7 +26,7 @@ class Rows {
     // SQLite's code when the query failed; 0.
     [[nodiscard]] int error() const { return error_; }
 
-    // A column of the current row by its number; -1: there is no such column.
+    // A column of the current row by its number; -1: there is no such column.  The name outlives this.
     [[nodiscard]] int column(std::string_view name) const;
     [[nodiscard]] bool is_null(int column) const;
     [[nodiscard]] std::string_view text(int column) const;  // until next()
@@ -46,9 +46,12 @@ class Rows {
     sqlite3_stmt* statement_ = nullptr;
     int error_ = 0;
     Values values_;
+    mutable std::vector<std::pair<std::string_view, int>>
+        known_;  // by the names' addresses: they are the catalogue's
     // The column numbers of each statement that has been read with, in the order of its slots.
     std::vector<std::pair<const Statement*, std::vector<int>>> maps_;
 
+    int find_column(std::string_view name) const;
     const std::vector<int>& map_of(const Statement& statement);
 };
 

@@ -319,7 +319,8 @@ constexpr Table kTables[] = {
                .says = {.load_key = "chan_no(%d) is not valid\n"},
                .save = SAVE("replace into intelligent_dome_witness_area_cfg (idx, chan_no, enable, time_threshold, mosaic_enable, pan_pos, tilt_pos, zoom_pos, focus_pos) values(%d, %d, %d, %d, %d, %d, %d, %d, %d);",
                             FIELDS(enable, time_threshold, mosaic_enable, pan_pos, tilt_pos, zoom_pos, focus_pos)),
-               .steps = STEPS(itself(1), Step{"db_save_intelligent_dome_polygon", 1, "db_save_intelligent_dome_polygon error\n"})),
+               .steps = STEPS(itself(1),
+                              Step{"db_save_intelligent_dome_polygon", 1, "db_save_intelligent_dome_polygon error\n"})),
 
     // Its outline, which is saved with it.
     REPLACE_BY(per_channel, dome.witness_area, (outer("chan_no"), always("idx", 1)), 245,

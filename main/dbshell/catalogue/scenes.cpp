@@ -13,15 +13,15 @@ using qor_rules = rows_below<M, Owner::channel, decltype(AnalyticsSection::qor_s
 template <class M>
 using intelli_scenes = rows_below<M, Owner::channel, decltype(AnalyticsSection::intelli)>;
 template <class M>
-using intelli_rules =
-    rows_below<M, Owner::channel, decltype(AnalyticsSection::intelli), decltype(IntelliChannel::scene)>;
+using intelli_rules = rows_below<M, Owner::channel, decltype(AnalyticsSection::intelli),
+                                 decltype(IntelliChannel::scene)>;
 template <class M>
-using rule_colours = rows_below<M, Owner::channel, RuleColour[kMaxChannels][10][64][3], RuleColour[10][64][3], RuleColour[64][3]>;
+using rule_colours = rows_below<M, Owner::channel, RuleColour[kMaxChannels][10][64][3], RuleColour[10][64][3],
+                                RuleColour[64][3]>;
 template <class M>
 using people_polygons = rows_below<M, Owner::channel, decltype(AnalyticsSection::people_detection)>;
 template <class M>
-using smd_lists =
-    rows_below<M, Owner::channel, decltype(AnalyticsSection::smd), SmdDetection[10]>;
+using smd_lists = rows_below<M, Owner::channel, decltype(AnalyticsSection::smd), SmdDetection[10]>;
 
 // Polygons have ten vertices, one column for the x and one for the y coordinates.
 namespace shared {
@@ -38,63 +38,74 @@ constexpr Table kTables[] = {
     ENSURE_BY(per_channel_list, analytics.polygon_type1, (outer("chan_no"), only("process_type", 1), inner("idx")), 109,
               "db_get_intelligent_polygon", "db_save_intelligent_polygon", .fill = FILL_POLYGON,
               .save = SAVE("update intelligent_polygon set point_num = %d, x_coords = '%s', y_coords = '%s' where idx = %d and process_type = %d and chan_no = %d;",
-                           F(point_num), COLONS(x_coords), COLONS(y_coords))),
+                           F(point_num), COLONS(x_coords), COLONS(y_coords)),
+              .load = SQL("select * from intelligent_polygon where process_type = %d;")),
     // Those that can be switched off: process type 2.
     ENSURE_BY(per_channel_list, analytics.polygon_type2, (outer("chan_no"), only("process_type", 2), inner("idx")), 0,
               "db_get_intelligent_polygon", "db_save_intelligent_polygon", .fill = FILL_POLYGON,
               .save = SAVE("update intelligent_polygon set by_enable = %d, point_num = %d, x_coords = '%s', y_coords = '%s' where idx = %d and process_type = %d and chan_no = %d;",
-                           FIELDS(by_enable, polygon.point_num), COLONS(polygon.x_coords), COLONS(polygon.y_coords))),
+                           FIELDS(by_enable, polygon.point_num), COLONS(polygon.x_coords), COLONS(polygon.y_coords)),
+              .load = SQL("select * from intelligent_polygon where process_type = %d;")),
     // The area of a rule, which is saved with it: process type 3.
     FILL_MISSING_BY(qor_rules, analytics.qor_scene[0][0].rule,
-                    (outer("chan_no"), only("process_type", 3), inner("scene_no"), third("rule_no"), across("idx", inner, third)),
+                    (outer("chan_no"), only("process_type", 3), inner("scene_no"), third("rule_no"),
+                     across("idx", inner, third)),
                     0, "db_get_intelligent_polygon", "db_save_rule_polygon", .single = "",
                     .fill = SQL("insert into intelligent_polygon (idx, process_type, by_enable, point_num, x_coords, y_coords, chan_no, scene_no, rule_no) values(%d, %d, 0, 0, '', '', %d, %d, %d);"),
                     .save = SAVE("update intelligent_polygon set point_num = %d, x_coords = '%s', y_coords = '%s' where process_type = %d and chan_no = %d and scene_no = %d and rule_no = %d;",
                                  F(polygon.point_num), COLONS(polygon.x_coords), COLONS(polygon.y_coords)),
-                    .inner_set = true),
+                    .load = SQL("select * from intelligent_polygon where process_type = %d;"), .inner_set = true),
 
     // The smallest and the largest target of a channel's areas: process type 1.
-    ENSURE_BY(per_channel_list, analytics.size_filter_type1, (outer("chan_no"), only("process_type", 1), inner("idx")), 110,
-              "db_get_intelligent_size_filter", "db_save_intelligent_size_filter", .fill = FILL_SIZE_FILTER,
+    ENSURE_BY(per_channel_list, analytics.size_filter_type1, (outer("chan_no"), only("process_type", 1), inner("idx")),
+              110, "db_get_intelligent_size_filter", "db_save_intelligent_size_filter", .fill = FILL_SIZE_FILTER,
               .save = SAVE("update intelligent_size_filter set by_enable = %d, by_mode = %d, x_min = %d, y_min = %d, width_min = %d, height_min = %d, x_max = %d, y_max = %d, width_max = %d, height_max = %d where idx = %d and process_type = %d and chan_no = %d;",
-                           FIELDS(by_enable, by_mode, x_min, y_min, width_min, height_min, x_max, y_max, width_max, height_max))),
+                           FIELDS(by_enable, by_mode, x_min, y_min, width_min, height_min, x_max, y_max, width_max,
+                                  height_max)),
+              .load = SQL("select * from intelligent_size_filter where process_type = %d;")),
     // That of the face detection: process type 4.
-    REPLACE_BY(per_channel, analytics.size_filter_type4, (outer("chan_no"), only("process_type", 4), always("idx", 1)), 0,
-               "db_get_intelligent_size_filter", "db_save_intelligent_size_filter",
+    REPLACE_BY(per_channel, analytics.size_filter_type4, (outer("chan_no"), only("process_type", 4), always("idx", 1)),
+               0, "db_get_intelligent_size_filter", "db_save_intelligent_size_filter",
                .save = SAVE("replace into intelligent_size_filter (idx, process_type, by_enable, by_mode, x_min, y_min, width_min, height_min, x_max, y_max, width_max, height_max, chan_no) values(%d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d);",
-                            FIELDS(by_enable, by_mode, x_min, y_min, width_min, height_min, x_max, y_max, width_max, height_max))),
+                            FIELDS(by_enable, by_mode, x_min, y_min, width_min, height_min, x_max, y_max, width_max,
+                                   height_max)),
+               .load = SQL("select * from intelligent_size_filter where process_type = %d;")),
     // That of a rule, which is saved with it: process type 3.
     FILL_MISSING_BY(qor_rules, analytics.qor_scene[0][0].rule,
-                    (outer("chan_no"), only("process_type", 3), inner("scene_no"), third("rule_no"), across("idx", inner, third)),
+                    (outer("chan_no"), only("process_type", 3), inner("scene_no"), third("rule_no"),
+                     across("idx", inner, third)),
                     0, "db_get_intelligent_size_filter", "db_save_rule_sizefilter", .single = "",
                     .fill = SQL("insert into intelligent_size_filter (idx, process_type, by_enable, by_mode, x_min, y_min, width_min, height_min, x_max, y_max, width_max, height_max, chan_no, scene_no, rule_no) values(%d, %d, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, %d, %d, %d);"),
                     .save = SAVE("update intelligent_size_filter set by_enable = %d, by_mode = %d, x_min = %d, y_min = %d, width_min = %d, height_min = %d, x_max = %d, y_max = %d, width_max = %d, height_max = %d where process_type = %d and chan_no = %d and scene_no = %d and rule_no = %d;",
-                                 FIELDS(size_filter.by_enable, size_filter.by_mode, size_filter.x_min, size_filter.y_min,
-                                        size_filter.width_min, size_filter.height_min, size_filter.x_max,
-                                        size_filter.y_max, size_filter.width_max, size_filter.height_max)),
-                    .inner_set = true),
+                                 FIELDS(size_filter.by_enable, size_filter.by_mode, size_filter.x_min,
+                                        size_filter.y_min, size_filter.width_min, size_filter.height_min,
+                                        size_filter.x_max, size_filter.y_max, size_filter.width_max,
+                                        size_filter.height_max)),
+                    .load = SQL("select * from intelligent_size_filter where process_type = %d;"), .inner_set = true),
 
     // People detection on a channel.
-    REPLACE_BY(per_channel, analytics.people_detection, (outer("chan_no"), always("idx", 1)), 220, "db_get_people_detection_cfg",
-               "db_save_people_detection_config", .single = "db_save_people_detection_cfg_single",
+    REPLACE_BY(per_channel, analytics.people_detection, (outer("chan_no"), always("idx", 1)), 220,
+               "db_get_people_detection_cfg", "db_save_people_detection_config",
+               .single = "db_save_people_detection_cfg_single",
                .save = SAVE("replace into people_detection_cfg (idx, chan_no, b_enable, interval, handle_type, alarm_out_triggered, email_capture_triggered, capture_triggered, pan_pos, tilt_pos, zoom_pos, focus_pos) values(%d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d);",
-                            FIELDS(b_enable, interval, handle_type, alarm_out_triggered, email_capture_triggered, capture_triggered,
-                                   pan_pos, tilt_pos, zoom_pos, focus_pos)),
+                            FIELDS(b_enable, interval, handle_type, alarm_out_triggered, email_capture_triggered,
+                                   capture_triggered, pan_pos, tilt_pos, zoom_pos, focus_pos)),
                .schedules = SCHEDULES(WEEKLY(kPeopleDetection, schedule)),
-               .steps = STEPS(itself(1), Step{"db_save_people_detect_polygon", 1, "db_save_people_detect_polygon error\n"})),
+               .steps = STEPS(itself(1),
+                              Step{"db_save_people_detect_polygon", 1, "db_save_people_detect_polygon error\n"})),
     // Its areas, which are saved with it: process type 5.
     ENSURE_BY(people_polygons, analytics.people_detection[0].polygon,
-              (outer("chan_no"), only("process_type", 5), inner("idx"), inner("scene_no")), 0, "db_get_people_detection_cfg",
-              "db_save_people_detect_polygon", .single = "",
+              (outer("chan_no"), only("process_type", 5), inner("idx"), inner("scene_no")), 0,
+              "db_get_people_detection_cfg", "db_save_people_detect_polygon", .single = "",
               .fill = SQL("insert into intelligent_polygon (idx, process_type, by_enable, point_num, x_coords, y_coords, chan_no, scene_no, rule_no) values(%d, %d, 0, 0, '', '', %d, %d, 0);"),
               .save = SAVE("update intelligent_polygon set point_num = %d, x_coords = '%s', y_coords = '%s' where idx = %d and process_type = %d and chan_no = %d and scene_no = %d;",
                            F(point_num), COLONS(x_coords), COLONS(y_coords)),
-              .inner_set = true),
+              .load = SQL("select * from intelligent_polygon where process_type = %d;"), .inner_set = true),
 
     // The colours that a rule of the dome's scenes looks for.
     REPLACE_BY(rule_colours, analytics.colour[0][0][0],
-               (outer("chan_no"), inner("scene_no"), third("rule_no"), fourth("rule_colour_no")), 233, "db_get_colour_config",
-               "db_save_colour_config",
+               (outer("chan_no"), inner("scene_no"), third("rule_no"), fourth("rule_colour_no")), 233,
+               "db_get_colour_config", "db_save_colour_config",
                .save = SAVE("replace into intelligent_colour_config (chan_no, scene_no, rule_no, rule_colour_no, pic_enable, pic_type, pic_width, pic_height, pic_len, x, y, width, height) values(%d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d);",
                             FIELDS(pic_enable, pic_type, pic_width, pic_height, pic_len, x, y, width, height)),
                .indexes = 3),
@@ -113,8 +124,9 @@ constexpr Messages kSays{.save_key = "param err: chan_no=%1, scene_no=%2\n",
                          .wrapper = ""};
 
 constexpr Table kTables[] = {
-    ENSURE_BY(per_channel_list, analytics.qor_scene, (outer("chan_no"), inner("scene_no")), 116, "db_get_intelligent_qor_scene",
-              "db_save_intelligent_qor_scene", .single = "db_save_intelligent_scene_single",
+    ENSURE_BY(per_channel_list, analytics.qor_scene, (outer("chan_no"), inner("scene_no")), 116,
+              "db_get_intelligent_qor_scene", "db_save_intelligent_qor_scene",
+              .single = "db_save_intelligent_scene_single",
               .says = {.write = "update intelligent_qor_scene failed\n",
                        .load_key = "param err: chan_no=%1, scene_no=%2\n",
                        .load_row = "param err: chan_no=%1, scene_no=%2\n"},
@@ -123,7 +135,8 @@ constexpr Table kTables[] = {
               .save = SAVE("replace into intelligent_qor_scene (chan_no, scene_no, scene_name, id, enable, rule_enable, rule_num) values(%d, %d, '%q', %d, %d, %d, %d);",
                            FIELDS(scene_name, id, enable, rule_enable, rule_num)),
               .load = SQL("select * from intelligent_qor_scene order by chan_no, scene_no;"),
-              .steps = STEPS(Step{"db_save_intelligent_qor_rule", 2, "db_save_intelligent_qor_rule error\n"}, itself(2)),
+              .steps = STEPS(Step{"db_save_intelligent_qor_rule", 2, "db_save_intelligent_qor_rule error\n"},
+                             itself(2)),
               .indexes = 2, .made_within = 0),
 
     ENSURE_BY(qor_rules, analytics.qor_scene[0][0].rule, (outer("chan_no"), inner("scene_no"), third("rule_no")), 117,
@@ -175,12 +188,17 @@ constexpr Table kTables[] = {
                .says = {.load_row = "scene_id(%d) is not valid\n", .load_null = "%G scene_id is not empty\n"},
                .save = SAVE("replace into intelli_scene_config (chan_no, sceneName, scene_id, enable, ruleEnable, rule_num, pan_pos, tilt_pos, zoom_pos, focus_pos) values(%u, '%q', %u, %u, %u, %u, %d, %d, %u, %u);",
                             FIELDS(sceneName, enable, ruleEnable, rule_num, pan_pos, tilt_pos, zoom_pos, focus_pos)),
-               .steps = STEPS(Step{"db_set_intelli_scene_basic_config", 1, "db_set_intelli_scene_basic_config_single(%1) SQL error\n"},
+               .steps = STEPS(Step{"db_set_intelli_scene_basic_config", 1,
+                                   "db_set_intelli_scene_basic_config_single(%1) SQL error\n"},
                               itself(2, "db_set_intelli_scene_config_single(%1-%2) SQL error\n"),
-                              Step{"db_set_intelli_rule_config", 3, "db_set_intelli_rule_config_single(%1-%2-%3) SQL error\n"},
-                              Step{"db_set_intelli_rule_param_sets_config", 3, "db_set_intelli_rule_param_sets_config_single(%1-%2-%3) SQL error\n"},
-                              Step{"db_set_intelli_timesegment_info", 3, "db_set_intelli_timesegment_info_single(%1-%2-%3) SQL error\n"},
-                              Step{"db_set_intelli_polygon_info", 3, "db_set_intelli_polygon_info_single(%1-%2-%3) SQL error\n"}),
+                              Step{"db_set_intelli_rule_config", 3,
+                                   "db_set_intelli_rule_config_single(%1-%2-%3) SQL error\n"},
+                              Step{"db_set_intelli_rule_param_sets_config", 3,
+                                   "db_set_intelli_rule_param_sets_config_single(%1-%2-%3) SQL error\n"},
+                              Step{"db_set_intelli_timesegment_info", 3,
+                                   "db_set_intelli_timesegment_info_single(%1-%2-%3) SQL error\n"},
+                              Step{"db_set_intelli_polygon_info", 3,
+                                   "db_set_intelli_polygon_info_single(%1-%2-%3) SQL error\n"}),
                .indexes = 2, .worker_set = "db_set_intelli_scene_config_single"),
 
     // What a rule looks for, how large it is, and what is done then.
@@ -199,11 +217,15 @@ constexpr Table kTables[] = {
     REPLACE_BY(intelli_rules, analytics.intelli[0].scene[0].rule, (RULE_KEYS, fourth("type")), 238,
                "db_get_intelli_rule_param_sets_config", "db_set_intelli_rule_param_sets_config",
                .says = {.load_row = "%G type(%k) is not valid\n"}, .rows = 3,
-               .save = PUTS(PUT_BLOCK(1, 1, 0, "replace into intelli_rule_param_sets (chan_no, scene_id, rule_id, type, cross_direction, detection_mode, time_duration) values(%d, %d,  %d, %d, %u, 0, 0);",
+               .save = PUTS(PUT_BLOCK(1, 1, 0,
+                                      "replace into intelli_rule_param_sets (chan_no, scene_id, rule_id, type, cross_direction, detection_mode, time_duration) values(%d, %d,  %d, %d, %u, 0, 0);",
                                       as("cross_direction", BITS(param.first_word, 0, 8))),
-                            PUT_BLOCK(2, 2, 0, "replace into intelli_rule_param_sets (chan_no, scene_id, rule_id, type, cross_direction, detection_mode, time_duration) values(%d, %d,  %d, %d, 0, %u, %u);",
-                                      as("detection_mode", BITS(param.first_word, 0, 8)), as("time_duration", F(param.second_word))),
-                            PUT_BLOCK(3, 3, 0, "replace into intelli_rule_param_sets (chan_no, scene_id, rule_id, type, cross_direction, detection_mode, time_duration) values(%d, %d,  %d, %d, 0, 0, %u);",
+                            PUT_BLOCK(2, 2, 0,
+                                      "replace into intelli_rule_param_sets (chan_no, scene_id, rule_id, type, cross_direction, detection_mode, time_duration) values(%d, %d,  %d, %d, 0, %u, %u);",
+                                      as("detection_mode", BITS(param.first_word, 0, 8)),
+                                      as("time_duration", F(param.second_word))),
+                            PUT_BLOCK(3, 3, 0,
+                                      "replace into intelli_rule_param_sets (chan_no, scene_id, rule_id, type, cross_direction, detection_mode, time_duration) values(%d, %d,  %d, %d, 0, 0, %u);",
                                       as("time_duration", F(param.first_word)))),
                .inner_set = true, .indexes = 3),
 
@@ -230,16 +252,18 @@ namespace smd {
 constexpr Messages kSays{.save_middle = "input smd_type err:%d\n", .wrapper = ""};
 
 constexpr Table kTables[] = {
-    REPLACE_BY(per_channel_list, analytics.smd, (outer("chan_no"), inner("smd_type", 0)), 178, "db_get_smd_detection_cfg",
-               "db_save_smd_detection_cfg", .single = "save_smd_detection_cfg_single",
+    REPLACE_BY(per_channel_list, analytics.smd, (outer("chan_no"), inner("smd_type", 0)), 178,
+               "db_get_smd_detection_cfg", "db_save_smd_detection_cfg", .single = "save_smd_detection_cfg_single",
                .save = SAVE("replace into smd_detection_basic_cfg (chan_no, smd_type, enable, handle_type, alarm_out_triggered, record_chan) values(%d, %d, %d, %d, %d, %llu);",
                             FIELDS(enable, handle_type, alarm_out_triggered, record_chan)),
                .load = SQL("select * from smd_detection_basic_cfg where smd_type < 10;"),
                .schedules = SCHEDULES(WEEKLY_BY(by_type, kFirstSmd, schedule)),
                .steps = STEPS(itself(2, "smd_detection_basic_cfg error for scene_no: %2\n"),
-                              Step{"db_save_smd_detection_rule_cfg", 2, "smd_detection_rule_cfg error for scene_no: %2\n"},
+                              Step{"db_save_smd_detection_rule_cfg", 2,
+                                   "smd_detection_rule_cfg error for scene_no: %2\n"},
                               Step{"db_save_smd_polygon_cfg", 2, "smd_polygon error for scene_no: %2\n"}),
-               .indexes = 2, .worker_get = "db_get_smd_detection_basic_cfg", .worker_set = "db_save_smd_detection_basic_cfg_single"),
+               .indexes = 2, .worker_get = "db_get_smd_detection_basic_cfg",
+               .worker_set = "db_save_smd_detection_basic_cfg_single"),
 
     REPLACE_BY(smd_lists, analytics.smd[0][0].rule, (outer("chan_no"), inner("smd_type", 0), third("idx")), 0,
                "db_get_smd_detection_cfg", "db_save_smd_detection_rule_cfg",
@@ -255,8 +279,8 @@ constexpr Table kTables[] = {
                .says = {.open = "smd_polygon error for scene_no: %2\n"},
                .save = SAVE("replace into smd_polygon (idx, chan_no, smd_type, point_num, x_coords, y_coords) values(%d, %d, %d, %d, '%s', '%s');",
                             F(point_num), COLONS(x_coords), COLONS(y_coords)),
-               .load = SQL("select * from smd_polygon where smd_type = %d and chan_no = %d;"),
-               .inner_set = true, .indexes = 2, .worker_get = "db_get_smd_polygon_cfg"),
+               .load = SQL("select * from smd_polygon where smd_type = %d and chan_no = %d;"), .inner_set = true,
+               .indexes = 2, .worker_get = "db_get_smd_polygon_cfg"),
 };
 
 }  // namespace smd

@@ -175,7 +175,7 @@ struct EventScenes {
                   .save =
                       SAVE("update {t}_polygon set point_num = %d, x_coords = '%s', y_coords = '%s' where idx = %d and process_type = %d and scene_no = %d;",
                            F(point_num), COLONS(x_coords), COLONS(y_coords)),
-                  .inner_set = true);
+                  .load = SQL("select * from {t}_polygon where process_type = %d;"), .inner_set = true);
     static constexpr Table kRulePolygons = ENSURE_BY(
         scene_lists, area.preset_scene[0].polygon[3],
         (only("process_type", 4), outer("scene_no"), inner("rule_no"), inner("idx")), 0, "db_get_{f}_polygon",
@@ -183,7 +183,7 @@ struct EventScenes {
         .fill = SQL("insert into {t}_polygon (idx, process_type, by_enable, point_num, x_coords, y_coords, chan_no, scene_no, rule_no) values(%d, %d, 0, 0, '', '', 1, %d, %d);"),
         .save = SAVE("update {t}_polygon set point_num = %d, x_coords = '%s', y_coords = '%s' where process_type = %d and scene_no = %d and rule_no = %d;",
                      F(point_num), COLONS(x_coords), COLONS(y_coords)),
-        .inner_set = true,
+        .load = SQL("select * from {t}_polygon where process_type = %d;"), .inner_set = true,
         .unstored = UNSTORED(Unstored{"by_enable", "these polygons are always on"}, Unstored{"chan_no", "always 1"}));
 
     static constexpr Table kTables[] = {
