@@ -350,16 +350,6 @@ struct Table {
                 return &k;
         return nullptr;
     }
-    // Its rows are counted and made by this key column: those of an index, and those that another entry does not
-    // have.  By none: all rows of the SQL table.
-    constexpr bool is_scope(const KeyColumn& k) const {
-        if (k.constant())
-            return k.selects;
-        for (int level = 0; level < made_within; ++level)
-            if (k.single() && k.counts(level))
-                return true;
-        return false;
-    }
     // The first level that counts several.
     constexpr int outermost_level() const {
         int level = 0;

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <map>
 
 #include "DB_uni_process.h"
 #include "catalogue.h"
@@ -11,6 +12,7 @@
 #include "sec_db_enc.h"
 #include "state.h"
 #include "store.h"
+#include "stored_rows.h"
 #include "walk.h"
 
 namespace dbshell {
@@ -49,7 +51,7 @@ int run_for_scope(const Table& t, Purpose purpose, Index at, int64_t* count = nu
         return rc;
     int parameter = 0;
     for (const KeyColumn& k : t.keys)
-        if (t.is_scope(k) && rc == SQLITE_OK)
+        if (is_scope(t, k, purpose) && rc == SQLITE_OK)
             rc = sqlite3_bind_int64(s, ++parameter, key_value(t.fill[0], k, at, t.counts()));
     if (rc == SQLITE_OK)
         rc = sqlite3_step(s);
@@ -99,13 +101,26 @@ Status counts_of_save(const Table& t, std::string_view function, Counts& counts)
     return {};
 }
 
+// Stores a row that the database has, and that differs.
+Status change_row(const Table& t, const Statement& s, const std::byte* base, Index index, Counts counts) {
+    scratch.read(t, s, base, index, counts);
+    return status_of(run(s, Purpose::run, scratch), Cause::write);
+}
+
+// `stored`: what the database has of the rows; null where each is asked for.
 Status write_rows(const Table& t, std::string_view function, Index at, int given, Counts counts,
-                  const std::byte* base) {
+                  const std::byte* base, const StoredRows* stored) {
+    using State = StoredRows::State;
     return for_each_row(t, at, given, counts, [&](Index index) {
         for (const Statement& s : t.save) {
             if (!s.serves(index[t.row_level()]))
                 continue;
-            if (const Status status = store_row(t, s, base, index, counts); !status.ok()) {
+            const State state = stored != nullptr ? stored->state(s, index) : State::unknown;
+            if (state == State::same)
+                continue;
+            const Status status = state == State::different ? change_row(t, s, base, index, counts)
+                                                            : store_row(t, s, base, index, counts);
+            if (!status.ok()) {
                 log_store_failure(t, s, function, status, base, index, counts, kError);
                 return status;
             }
@@ -132,11 +147,25 @@ const char* wrapper_message(const Table& t) {
                                               : nullptr;
 }
 
+// What the set functions that one calls have in common.
+struct Session {
+    std::byte* const copy;  // what is stored, taken from the record
+    const Index at;         // what the first of them was given
+    const int given;
+    std::map<const Table*, StoredRows> stored = {};
+
+    const StoredRows* rows_of(const Table& t, Counts counts) {
+        if (!reads_at_once(t, given, counts))
+            return nullptr;
+        return &stored.try_emplace(&t, t, at, given, copy, counts).first->second;
+    }
+};
+
 // One call of a set function: what a table tells of the first `given` indexes, and all below them.
 class Save {
   public:
-    Save(const Table& table, std::string_view function, int given, std::byte* taken)
-        : t_(table), function_(function), given_(given), copy_(taken) {}
+    Save(const Table& table, std::string_view function, int given, Session& session)
+        : t_(table), function_(function), given_(given), session_(session) {}
 
     Status run(Index at) {
         if (const Status s = counts_of_save(t_, function_, counts_); !s.ok())
@@ -149,14 +178,14 @@ class Save {
     const Table& t_;
     const std::string_view function_;
     const int given_;
-    std::byte* const copy_;
+    Session& session_;
     Counts counts_;
 
     // What belongs to the first `depth` indexes, then what lies below.
     Status at_depth(Index at, int depth) {
         const bool makes = t_.strategy == Strategy::ensure || t_.strategy == Strategy::top_up;
         if (makes && depth == t_.made_within && depth >= given_)
-            if (const Status s = ensure_rows(t_, writer(), at, counts_); !s.ok()) {
+            if (const Status s = complete_rows(at); !s.ok()) {
                 log_table(t_, function_, t_.says.part, {.number = at[0]});
                 return s;
             }
@@ -180,6 +209,15 @@ class Save {
         return {};
     }
 
+    // Makes the rows that are missing.
+    Status complete_rows(Index at) {
+        const StoredRows* stored = session_.rows_of(t_, counts_);
+        if (stored != nullptr && stored->has_all(at, t_.made_within))
+            return {};
+        session_.stored.erase(&t_);
+        return ensure_rows(t_, writer(), at, counts_);
+    }
+
     // How many there are at a level; what lies deeper than the table's own rows is told by the step's table.
     int count_at(int level) const {
         if (level > t_.row_level())
@@ -199,7 +237,7 @@ class Save {
         for (const Table* part = find_function(step.function).table; part != nullptr;
              part = next_saved_part(*part)) {
             const std::string function = saving_function(*part);
-            if (Save(*part, function, step.depth, copy_).run(at).ok())
+            if (Save(*part, function, step.depth, session_).run(at).ok())
                 continue;
             log_table(t_, function_, step.message, {.number = at[0], .at = at});
             return Cause::write;
@@ -214,13 +252,14 @@ class Save {
     // The table's own rows, and their schedules.
     Status rows(const Step& step, Index at) {
         const Status status = t_.strategy == Strategy::packed
-                                  ? save_packed(t_, copy_)
-                                  : write_rows(t_, writer(), at, step.depth, counts_, copy_);
+                                  ? save_packed(t_, session_.copy)
+                                  : write_rows(t_, writer(), at, step.depth, counts_, session_.copy,
+                                               session_.rows_of(t_, counts_));
         if (!status.ok()) {
             log_table(t_, function_, t_.says.part, {.number = at[0]});
             return status;
         }
-        return save_schedules_of(t_, at, step.depth, counts_, copy_) ? Status() : Cause::other;
+        return save_schedules_of(t_, at, step.depth, counts_, session_.copy) ? Status() : Cause::other;
     }
 };
 
@@ -238,9 +277,10 @@ std::byte* take_with_steps(const Table& t) {
 
 int save_at(const Table& t, std::string_view function, Index at, int given) {
     Status status = ready(t, function);
-    if (status.ok())
-        status = Save(t, function, given, take_with_steps(t)).run(at);
-    else if (given == 0 && t.has_single())
+    if (status.ok()) {
+        Session session{take_with_steps(t), at, given};
+        status = Save(t, function, given, session).run(at);
+    } else if (given == 0 && t.has_single())
         log_table(t, t.set, wrapper_message(t));
     return result_of(t.graded.set, status);
 }

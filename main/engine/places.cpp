@@ -66,9 +66,14 @@ std::optional<Index> Places::across(const Rows& rows, Index index) {
     if (known || table_.key_of(row) != nullptr)
         return index;
     const Messages& says = table_.says;
-    log_table(table_, table_.get, !top_known && says.load_key != nullptr ? says.load_key : says.load_row,
-              {.number = index[row], .outer = index[top]});
+    tell(!top_known && says.load_key != nullptr ? says.load_key : says.load_row,
+         {.number = index[row], .outer = index[top]});
     return {};
+}
+
+void Places::tell(const char* message, const Told& told) const {
+    if (bad_ == Bad::told)
+        log_table(table_, table_.get, message, told);
 }
 
 // What the columns tell of each level; 0 where they tell nothing.
@@ -76,7 +81,8 @@ Index Places::told(const Rows& rows) const {
     Index told;
     for (int level = 0; level < kLevels; ++level)
         if (const KeyColumn* k = table_.key_of(level))
-            told[level] = static_cast<int>(std::max<int64_t>(rows.key(k->name).value_or(k->bias) - k->bias, INT_MIN));
+            told[level] =
+                static_cast<int>(std::max<int64_t>(rows.key(k->name).value_or(k->bias) - k->bias, INT_MIN));
     return told;
 }
 
@@ -90,7 +96,7 @@ bool Places::upper_levels(const Rows& rows, Index& index) {
         const auto key = rows.key(k->name);
         const char* const absent = level == 0 ? table_.says.no_key : table_.says.no_middle;
         if (!key && absent != nullptr) {
-            log_table(table_, table_.get, absent);
+            tell(absent);
             return false;
         }
         // Rows of a schema that knew one channel belong to it; any other row without its key belongs nowhere.
@@ -100,14 +106,13 @@ bool Places::upper_levels(const Rows& rows, Index& index) {
         if (i < 0 || i >= (owned ? owner_count(table_) : table_.count(level))) {
             owner_unknown_ = level == 0;
             const KeyColumn* row = table_.key_of(table_.row_level());
-            log_table(table_, table_.get,
-                      level == 0   ? load_key_message(table_)
-                      : level == 1 ? table_.says.load_middle
-                                   : table_.says.load_third,
-                      {.number = i,
-                       .outer = i,
-                       .row = row == nullptr ? 0 : rows.key(row->name).value_or(row->bias) - row->bias,
-                       .at = told(rows)});
+            tell(level == 0   ? load_key_message(table_)
+                 : level == 1 ? table_.says.load_middle
+                              : table_.says.load_third,
+                 {.number = i,
+                  .outer = i,
+                  .row = row == nullptr ? 0 : rows.key(row->name).value_or(row->bias) - row->bias,
+                  .at = told(rows)});
             return false;
         }
         index[level] = static_cast<int>(i);
@@ -139,7 +144,7 @@ bool Places::block_row(const Rows& rows, Index& index) {
             return true;
         }
         if (!table_.by_position)
-            log_table(table_, table_.get, table_.says.load_row, {.number = i});
+            tell(table_.says.load_row, {.number = i});
         return false;
     }
     return false;
@@ -158,14 +163,13 @@ bool Places::row_level(const Rows& rows, Index& index) {
     if (!stored && !k->instead.empty())
         stored = rows.key(k->instead);
     if (!stored && table_.says.load_null != nullptr) {
-        log_table(table_, table_.get, table_.says.load_null, {.number = count_ - 1});
+        tell(table_.says.load_null, {.number = count_ - 1});
         return false;
     }
     const int64_t key = stored.value_or(k->bias - 1);
     const int64_t i = key - k->bias;
     if (i < 0 || i >= table_.row_count()) {
-        log_table(table_, table_.get, table_.says.load_row,
-                  {.number = i, .key = key, .outer = index[0], .row = i, .at = told(rows)});
+        tell(table_.says.load_row, {.number = i, .key = key, .outer = index[0], .row = i, .at = told(rows)});
         return false;
     }
     index[level] = static_cast<int>(i);
@@ -182,7 +186,7 @@ std::optional<Index> Places::of(const Rows& rows) {
         const int64_t value = k.selects ? rows.key(k.name).value_or(k.bias) : k.bias;
         if (value == k.bias)
             continue;
-        log_table(table_, table_.get, table_.says.load_only, {.number = value});
+        tell(table_.says.load_only, {.number = value});
         return {};
     }
     const auto found = across(rows, index);

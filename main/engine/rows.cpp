@@ -12,6 +12,14 @@ namespace dbshell {
 Rows::Rows(const Table& t)
     : statement_(prepared(t.save.empty() ? t.load[0] : t.save[0], Purpose::select_all, error_)) {}
 
+Rows::Rows(const Table& t, Index at, int given)
+    : statement_(prepared(t.save[0], given > 0 ? Purpose::select_owners : Purpose::select_own, error_, &t)) {
+    int parameter = 0;
+    for (const KeyColumn& k : t.keys)
+        if (error_ == SQLITE_OK && is_scope(t, k, given > 0 ? Purpose::select_owners : Purpose::select_own))
+            error_ = sqlite3_bind_int64(statement_, ++parameter, key_value(t.save[0], k, at, t.counts()));
+}
+
 Rows::Rows(const Table& t, const Statement& select, Index index) {
     statement_ = prepared(select, Purpose::run, error_);
     if (statement_ == nullptr)
@@ -32,6 +40,37 @@ bool Rows::next() {
     if (rc != SQLITE_ROW && rc != SQLITE_DONE)
         error_ = db_report_error();
     return rc == SQLITE_ROW;
+}
+
+using Match = Values::Match;
+
+Match Rows::compare(int column, int64_t number) const {
+    if (column < 0 || sqlite3_column_type(statement_, column) != SQLITE_INTEGER)
+        return Match::unsure;
+    return sqlite3_column_int64(statement_, column) == number ? Match::same : Match::different;
+}
+
+Match Rows::compare(int column, double number) const {
+    if (column < 0 || sqlite3_column_type(statement_, column) != SQLITE_FLOAT)
+        return Match::unsure;
+    const double stored = sqlite3_column_double(statement_, column);
+    return stored == number                     ? Match::same
+           : stored < number || stored > number ? Match::different
+                                                : Match::unsure;
+}
+
+Match Rows::compare(int column, std::string_view wanted) const {
+    if (column < 0 || sqlite3_column_type(statement_, column) != SQLITE_TEXT)
+        return Match::unsure;
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
+    return bytes != nullptr && std::string_view(bytes, size) == wanted ? Match::same : Match::different;
+}
+
+Match Rows::compare_literal(int column, std::string_view literal) const {
+    if (literal.size() >= 2 && literal.front() == '\'')
+        return compare(column, literal.substr(1, literal.size() - 2));
+    return compare(column, number_of(literal));
 }
 
 int Rows::column(std::string_view name) const {

@@ -15,6 +15,8 @@ class Rows {
   public:
     // Every row of a table.
     explicit Rows(const Table& table);
+    // Those of its rows that are the entry's own, of one owner where `given` indexes are given.
+    Rows(const Table& table, Index at, int given);
     // What a select statement of the table gives for an index.
     Rows(const Table& table, const Statement& select, Index index);
     ~Rows();
@@ -31,6 +33,12 @@ class Rows {
     [[nodiscard]] bool is_null(int column) const;
     [[nodiscard]] std::string_view text(int column) const;  // until next()
     [[nodiscard]] int64_t number(int column) const;         // as atoll reads its text
+    // The column's value against one of the same storage class.
+    [[nodiscard]] Values::Match compare(int column, int64_t number) const;
+    [[nodiscard]] Values::Match compare(int column, double number) const;
+    [[nodiscard]] Values::Match compare(int column, std::string_view text) const;
+    // Against a literal of an SQL text: a number, or a text in quotes.
+    [[nodiscard]] Values::Match compare_literal(int column, std::string_view literal) const;
     // A key column by its name; empty when it is missing or NULL.  A key beyond 32 bits becomes the nearest, which
     // no row has.
     [[nodiscard]] std::optional<int64_t> key(std::string_view name) const;

@@ -61,13 +61,13 @@ std::string question(const Statement& s) {
     return "select " + conditions(s, " is not ", " or ") + rows_named(s);
 }
 
-std::string rows_of(const Statement& s, const Table* scoped) {
+std::string rows_of(const Statement& s, const Table* scoped, Purpose purpose) {
     std::string out = " from " + std::string(s.table);
     if (scoped == nullptr)
         return out;
     int parameter = 0;
     for (const KeyColumn& k : scoped->keys)
-        if (scoped->is_scope(k)) {
+        if (is_scope(*scoped, k, purpose)) {
             out += parameter == 0 ? " where " : " and ";
             out.append(k.name) += " = ?" + std::to_string(++parameter);
         }
@@ -76,23 +76,38 @@ std::string rows_of(const Statement& s, const Table* scoped) {
 
 }  // namespace
 
+bool is_scope(const Table& t, const KeyColumn& k, Purpose purpose) {
+    if (k.constant())
+        return k.selects;
+    const int levels = purpose == Purpose::select_own      ? 0
+                       : purpose == Purpose::select_owners ? 1
+                                                           : t.made_within;
+    for (int level = 0; level < levels; ++level)
+        if (k.single() && k.counts(level))
+            return true;
+    return false;
+}
+
 std::string executable(const Statement& s, Purpose purpose, const Table* scoped) {
     switch (purpose) {
         case Purpose::run:
             // A default row takes the place of one that has its key and lies outside of the rows that were counted.
             return s.verb == Verb::insert
-                       ? "insert or replace" + parametrised(s, std::string_view("insert").size(), s.text.size())
+                       ? "insert or replace" +
+                             parametrised(s, std::string_view("insert").size(), s.text.size())
                        : parametrised(s, 0, s.text.size());
         case Purpose::ask:
             return question(s);
         case Purpose::ask_rows:
             return "select count(*)" + rows_named(s);
         case Purpose::select_all:
-            return "select *" + rows_of(s, nullptr);
+        case Purpose::select_own:
+        case Purpose::select_owners:
+            return "select *" + rows_of(s, scoped, purpose);
         case Purpose::count:
-            return "select count(*)" + rows_of(s, scoped);
+            return "select count(*)" + rows_of(s, scoped, purpose);
         case Purpose::remove:
-            return "delete" + rows_of(s, scoped);
+            return "delete" + rows_of(s, scoped, purpose);
         case Purpose::exists:
             break;
     }

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "rows.h"
 #include "sec_db_enc.h"
 
 namespace dbshell {
@@ -118,6 +119,13 @@ int Values::bind(sqlite3_stmt* s) const {
             return rc;
     }
     return SQLITE_OK;
+}
+
+Values::Match Values::compare(std::size_t parameter, const Rows& rows, int column) const {
+    const Value& v = values_[parameter];
+    return v.is_text   ? rows.compare(column, std::string_view(texts_).substr(v.at, v.size))
+           : v.is_real ? rows.compare(column, v.real)
+                       : rows.compare(column, v.number);
 }
 
 std::string rendered(const Table& t, const Statement& s, const std::byte* base, Index index, Counts counts) {

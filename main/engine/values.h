@@ -12,13 +12,20 @@ struct sqlite3_stmt;
 namespace dbshell {
 
 // The values of a statement's parameters, each read once.  One object serves row after row.
+class Rows;
+
 class Values {
   public:
+    // How a stored value answers one that would be stored.  Unsure: it is of another storage class; SQLite may convert.
+    enum class Match : uint8_t { same, different, unsure };
+
     // `base` is the record, or a copy of it, that the table's offsets count from; counts are those of this save.
     void read(const Table& table, const Statement& statement, const std::byte* base, Index index,
               Counts counts);
     // The values must live, and not be read anew, until the statement is reset.  SQLite's code.
     [[nodiscard]] int bind(sqlite3_stmt* s) const;
+    // One parameter's value, counted from 0, against a column of the current row.
+    [[nodiscard]] Match compare(std::size_t parameter, const Rows& rows, int column) const;
 
   private:
     struct Value {

@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "messages.h"
 #include "rows.h"
 #include "status.h"
 
@@ -43,8 +44,11 @@ Status for_each_row(const Table& t, Index at, int given, Counts counts, Visit vi
 // Finds for the rows of one load where each lies.
 class Places {
   public:
+    // What happens with rows that have no place: their messages are logged, or not.
+    enum class Bad : uint8_t { told, quietly };
+
     // A row that does not tell its owner, as in older schemas, belongs to `outer`.
-    Places(const Table& table, int outer) : table_(table), outer_(outer) {}
+    Places(const Table& table, int outer, Bad bad = Bad::told) : table_(table), outer_(outer), bad_(bad) {}
 
     // The row's index; empty when it has no place, which is logged where the table has a message for it.
     [[nodiscard]] std::optional<Index> of(const Rows& rows);
@@ -56,11 +60,13 @@ class Places {
   private:
     const Table& table_;
     const int outer_;
+    const Bad bad_;
     int count_ = 0;  // rows so far
     int position_ = 0;
     std::vector<std::pair<Index, int>> arrived_;  // rows of a block so far, by what holds the block
     bool owner_unknown_ = false;
 
+    void tell(const char* message, const Told& told = {}) const;
     Index told(const Rows& rows) const;
     std::optional<Index> across(const Rows& rows, Index index);
     bool upper_levels(const Rows& rows, Index& index);
