@@ -191,7 +191,7 @@ constexpr void check_table(const Table& t) {
         if (s.table != t.name)
             throw "a save statement stores another table";
         const bool replaces = s.verb == Verb::replace;
-        if (t.strategy == Strategy::replace ? !replaces
+        if (t.strategy == Strategy::replace  ? !replaces
             : t.strategy == Strategy::ensure ? !replaces && s.verb != Verb::update
                                              : s.verb != (stored ? Verb::update : Verb::select))
             throw "the save statements do not have the strategy's verb";
