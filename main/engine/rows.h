@@ -36,7 +36,7 @@ class Rows {
     // The column's value against one of the same storage class.
     [[nodiscard]] Values::Match compare(int column, int64_t number) const;
     [[nodiscard]] Values::Match compare(int column, double number) const;
-    [[nodiscard]] Values::Match compare(int column, std::string_view text) const;
+    [[nodiscard]] Values::Match compare(int column, std::string_view wanted) const;
     // Against a literal of an SQL text: a number, or a text in quotes.
     [[nodiscard]] Values::Match compare_literal(int column, std::string_view literal) const;
     // A key column by its name; empty when it is missing or NULL.  A key beyond 32 bits becomes the nearest, which

@@ -157,6 +157,26 @@ struct EventTables {
 template <class M>
 using scene_lists = rows_below<M, Owner::element, decltype(TrafficEventArea::preset_scene)>;
 
+// What a polygon bounds is told by its process type.  (clang 14 takes the type from a class alone.)
+template <int type>
+using OfType = std::integral_constant<int, type>;
+template <class Twin, class Type>
+struct EventPolygons {
+    struct Root {
+        TrafficEventArea area;
+    };
+    static constexpr std::size_t kRootOffset = Twin::offset;
+    static constexpr Table
+        kTable = ENSURE_BY(scene_lists, area.preset_scene[0].polygon[Type::value - 1],
+                           (only("process_type", Type::value), outer("scene_no"), inner("idx")),
+                           Type::value == 1 ? 141 + Twin::further : 0, "db_get_{f}_polygon", "db_save_{f}_polygon",
+                           .single = "",
+                           .fill = SQL("insert into {t}_polygon (idx, process_type, by_enable, point_num, x_coords, y_coords, chan_no, scene_no, rule_no) values(%d, %d, 0, 0, '', '', 1, %d, 0);"),
+                           .save = SAVE("update {t}_polygon set point_num = %d, x_coords = '%s', y_coords = '%s' where idx = %d and process_type = %d and scene_no = %d;",
+                                        F(point_num), COLONS(x_coords), COLONS(y_coords)),
+                           .load = SQL("select * from {t}_polygon where process_type = %d;"), .inner_set = true);
+};
+
 template <class Twin>
 struct EventScenes {
     struct Root {
@@ -164,18 +184,7 @@ struct EventScenes {
     };
     static constexpr std::size_t kRootOffset = Twin::offset;
 
-    // What a polygon bounds is told by its process type.  Those of type 4 belong to a rule each.
-    template <int type>
-    static constexpr Table kPolygons =
-        ENSURE_BY(scene_lists, area.preset_scene[0].polygon[type - 1],
-                  (only("process_type", type), outer("scene_no"), inner("idx")), type == 1 ? 141 + Twin::further : 0,
-                  "db_get_{f}_polygon", "db_save_{f}_polygon", .single = "",
-                  .fill =
-                      SQL("insert into {t}_polygon (idx, process_type, by_enable, point_num, x_coords, y_coords, chan_no, scene_no, rule_no) values(%d, %d, 0, 0, '', '', 1, %d, 0);"),
-                  .save =
-                      SAVE("update {t}_polygon set point_num = %d, x_coords = '%s', y_coords = '%s' where idx = %d and process_type = %d and scene_no = %d;",
-                           F(point_num), COLONS(x_coords), COLONS(y_coords)),
-                  .load = SQL("select * from {t}_polygon where process_type = %d;"), .inner_set = true);
+    // Each belongs to a rule.
     static constexpr Table kRulePolygons = ENSURE_BY(
         scene_lists, area.preset_scene[0].polygon[3],
         (only("process_type", 4), outer("scene_no"), inner("rule_no"), inner("idx")), 0, "db_get_{f}_polygon",
@@ -221,11 +230,11 @@ struct EventScenes {
                                                  vehicle_exist_duration, nRuleSensitity))),
                    .inner_set = true),
 
-        kPolygons<1>,
-        kPolygons<2>,
-        kPolygons<3>,
+        EventPolygons<Twin, OfType<1>>::kTable,
+        EventPolygons<Twin, OfType<2>>::kTable,
+        EventPolygons<Twin, OfType<3>>::kTable,
         kRulePolygons,
-        kPolygons<5>,
+        EventPolygons<Twin, OfType<5>>::kTable,
     };
 };
 
