@@ -207,7 +207,7 @@ constexpr Table kTables[] = {
     ENSURE_BY(list, analytics.region_polygon_type1, (inner("idx"), only("process_type", 1)), 161,
               "db_get_region_param_polygon", "db_save_region_param_polygon", .fill = SQL(FILL_REGION),
               .save = SAVE(UPDATE_REGION, F(point_num), COLONS(x_coords), COLONS(y_coords))),
-    ENSURE_BY(single_row, analytics.region_polygon_type2, (always("idx", 1), only("process_type", 2)), 161,
+    ENSURE_BY(single_row, analytics.region_polygon_type2, (always("idx", 1), only("process_type", 2)), 0,
               "db_get_region_param_polygon", "db_save_region_param_polygon", .fill = SQL(FILL_REGION),
               .save = SAVE(UPDATE_REGION, F(point_num), COLONS(x_coords), COLONS(y_coords)),
               .load = SQL("select * from region_param_polygon where idx = %d and process_type = %d;")),
