@@ -665,6 +665,13 @@ TEST_F(Catalogue, RowsOutOfRange) {
         {"intrusion_detect_table(idx, chan_no, enable, byRate) values(9, 1, 8, 8),(1, 1, 5, 6),(8, 1, 7, 7)",
          "db_get_intrusion_detec_config", 0, "invalid intrusion region_no: 8\n",
          "intrusion_detect_table.enable[1]"},
+        {"intelli_rule_param_sets(chan_no, scene_id, rule_id, type, time_duration) values(1, 0, null, 3, 9),"
+         "(1, 9, 7, 3, 5)",
+         "db_get_intelli_rule_param_sets_config", 0, "] rule_id(-1) is not valid\n",
+         "intelli_rule_param_sets.time_duration[10,8,3]"},
+        {"smd_detection_basic_cfg(chan_no, smd_type, enable) values(2, 1, 9),(1, 1, 5)",
+         "db_get_smd_detection_cfg", 0, "db_get_smd_detection_basic_cfg] invalid chan_no: 1\n",
+         "smd_detection_basic_cfg.enable[2]"},
         {"vca_line_cfg values(1, 1, 1, 2, '9:9', '9:9'),(1, 1, 2, 1, '5:5', '6:6'),(1, 2, 1, 1, '8', '8')",
          "db_get_vca_line_cfg", 0, "vca line num error: 2\n", nullptr},
         {"multi_ccd_preset_switch_param_config(idx) values(0)", "db_get_multi_ccd_preset_switch_param_cfg", 0,
@@ -686,6 +693,10 @@ TEST_F(Catalogue, RowsOutOfRange) {
     sql("drop table roi_param_table;");
     EXPECT_THAT(logged([] { EXPECT_EQ(run("db_get_roi_param"), 0); }),
                 HasSubstr(" roi_param_table is not exist\n"));
+    // A row is told once, by the part that it belongs to.
+    sql("insert into intelligent_polygon(idx, process_type, chan_no) values(1, 1, 2);");
+    const auto told = logged([] { EXPECT_EQ(run("db_get_intelligent_polygon"), 0); });
+    EXPECT_EQ(told.find("invalid chan_no: 1\n"), told.rfind("invalid")) << told;
 }
 
 TEST_F(Catalogue, FailuresHaveTheirCodesAndMessages) {
@@ -736,6 +747,10 @@ TEST_F(Catalogue, FailuresHaveTheirCodesAndMessages) {
     for (const int group : {-1, 8})
         EXPECT_THAT(logged([&] { EXPECT_EQ(run("db_save_ipdome_roi_group_single", group), -1); }),
                     HasSubstr("param err, stream_num = " + std::to_string(group)));
+    EXPECT_THAT(logged([] {
+                    EXPECT_EQ(run("db_save_colour_config_single", {0, 10}, 2), -1);
+                }),
+                HasSubstr("param err: chan_no=0, scene_no=10\n"));
     close_database();
     EXPECT_EQ(call_table_function("db_save_gamma_config", 0), -6);
     set_cfg_param(nullptr);

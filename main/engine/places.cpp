@@ -73,7 +73,7 @@ std::optional<Index> Places::across(const Rows& rows, Index index) {
 
 void Places::tell(const char* message, const Told& told) const {
     if (bad_ == Bad::told)
-        log_table(table_, table_.get, message, told);
+        log_table(table_, loading_function(table_), message, told);
 }
 
 // What the columns tell of each level; 0 where they tell nothing.
@@ -94,7 +94,9 @@ bool Places::upper_levels(const Rows& rows, Index& index) {
         if (k == nullptr)
             continue;
         const auto key = rows.key(k->name);
-        const char* const absent = level == 0 ? table_.says.no_key : table_.says.no_middle;
+        const char* const absent = level == 0   ? table_.says.no_key
+                                   : level == 1 ? table_.says.no_middle
+                                                : nullptr;
         if (!key && absent != nullptr) {
             tell(absent);
             return false;
@@ -180,8 +182,7 @@ std::optional<Index> Places::of(const Rows& rows) {
     owner_unknown_ = false;
     ++count_;
     Index index{outer_};
-    if (!upper_levels(rows, index))
-        return {};
+    // First, as the other columns of another part's row are that part's to judge.
     for (const KeyColumn& k : table_.keys) {
         const int64_t value = k.selects ? rows.key(k.name).value_or(k.bias) : k.bias;
         if (value == k.bias)
@@ -189,6 +190,8 @@ std::optional<Index> Places::of(const Rows& rows) {
         tell(table_.says.load_only, {.number = value});
         return {};
     }
+    if (!upper_levels(rows, index))
+        return {};
     const auto found = across(rows, index);
     if (!found)
         return {};

@@ -106,6 +106,7 @@ constexpr Table kTables[] = {
     REPLACE_BY(rule_colours, analytics.colour[0][0][0],
                (outer("chan_no"), inner("scene_no"), third("rule_no"), fourth("rule_colour_no")), 233,
                "db_get_colour_config", "db_save_colour_config",
+               .says = {.save_middle = "param err: chan_no=%1, scene_no=%2\n"},
                .save = SAVE("replace into intelligent_colour_config (chan_no, scene_no, rule_no, rule_colour_no, pic_enable, pic_type, pic_width, pic_height, pic_len, x, y, width, height) values(%d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d, %d);",
                             FIELDS(pic_enable, pic_type, pic_width, pic_height, pic_len, x, y, width, height)),
                .indexes = 3),
