@@ -266,6 +266,15 @@ TEST_F(Engine, MessagesOfTheirOwn) {
         {"create temp trigger a before update on vilost_param_table begin select raise(fail, ''); end;"
          "create temp trigger b before update on video_analysis_config when new.type_idx = 1 begin select raise(fail, ''); end;",
          "db_set_video_analysis", "db_set_video_analysis_single error for chan_no: 0\n"},
+        {"create temp trigger d before insert on intelli_polygon_info begin select raise(fail, ''); end;",
+         "db_set_intelli_scene_config",
+         "db_set_intelli_scene_config] db_set_intelli_polygon_info_single(0-0-0) SQL error\n"},
+        {"", "db_set_intelli_scene_config", "SQL error:replace into intelli_polygon_info (chan_no,"},
+        {"create temp trigger e before insert on smd_polygon begin select raise(fail, ''); end;",
+         "db_save_smd_detection_cfg", "db_save_smd_detection_cfg] smd_polygon error for scene_no: 0\n"},
+        {"create temp trigger f before update on intelligent_polygon begin select raise(fail, ''); end;",
+         "db_save_intelligent_qor_scene",
+         "db_save_intelligent_qor_scene] db_save_intelligent_qor_rule error\n"},
     };
     for (const auto& c : cases) {
         sql(c.broken);

@@ -147,6 +147,13 @@ const char* wrapper_message(const Table& t) {
                                               : nullptr;
 }
 
+// The function that a whole save logs as: the _single function where the set function only calls it for each owner.
+std::string whole_saving_function(const Table& t) {
+    const char* const wrapper = wrapper_message(t);
+    const bool wraps = wrapper == nullptr || *wrapper != '\0';
+    return wraps && t.has_single() ? single_name(t) : std::string(t.set);
+}
+
 // What the set functions that one calls have in common.
 struct Session {
     std::byte* const copy;  // what is stored, taken from the record
@@ -410,9 +417,7 @@ int load_table(const Table& t) {
 
 int save_table(const Table& t) {
     for (const Table* part = &t; part != nullptr; part = next_saved_part(*part))
-        if (const int rc =
-                save_at(*part, part->has_single() ? single_name(*part) : std::string(part->set), {}, 0);
-            rc != 0)
+        if (const int rc = save_at(*part, whole_saving_function(*part), {}, 0); rc != 0)
             return rc;
     return 0;
 }

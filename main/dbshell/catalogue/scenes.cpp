@@ -160,7 +160,7 @@ constexpr Table kTables[] = {
 // The newer family: ten scenes of eight rules.  All of it is saved with the scenes.
 namespace intelli {
 
-constexpr Messages kSays{.write = "SQL error:%m\n",
+constexpr Messages kSays{.write = "SQL error:%s\n",
                          .save_key = "%S Invalid chan_no-%d\n",
                          .save_middle = "%S Invalid scene_id-%d\n",
                          .save_third = "%S Invalid rule_id-%d\n",
