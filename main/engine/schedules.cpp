@@ -215,7 +215,7 @@ bool StoredInOrder::leaves_to_another(const Table& table, int process_type) {
 }
 
 bool save_schedules_of(const Table& t, Index at, int given, Counts counts, const std::byte* copy) {
-    const std::string function = t.has_single() ? single_name(t) : std::string(t.set);
+    const std::string function = saving_function(t);
     for (const Schedule& s : t.schedules) {
         if (StoredInOrder::leaves_to_another(t, s.process_type))
             continue;
