@@ -137,7 +137,7 @@ void set_db_enc_version(uint32_t version) {
         record->sec_lock_auth.db_enc_version = version;
 }
 
-VersionInUse::VersionInUse(uint32_t version) : version_(version) {
+VersionInUse::VersionInUse(uint32_t version, bool clear) : version_(version), clear_(clear) {
     current_ = this;
 }
 
@@ -207,6 +207,10 @@ void db_encrypt(const char* clear, char* output, int length, int capacity) {
     if (used > kMaxClearText) {
         ENC_LOG(kError, "db_encrypt: %d characters are too many, at most %d\n", static_cast<int>(used),
                 kMaxClearText);
+        return;
+    }
+    if (VersionInUse::stores_clear()) {
+        std::memcpy(output, clear, std::min(used, static_cast<std::size_t>(capacity) - 1));
         return;
     }
     uint32_t version = VersionInUse::get();

@@ -32,7 +32,8 @@ void set_db_enc_version(uint32_t version);
 // One at a time, under g_db_mutexsem.
 class VersionInUse {
   public:
-    explicit VersionInUse(uint32_t version);
+    // `clear`: under 0 texts are stored as they are, until encrypt(): the database is older than the encryption.
+    explicit VersionInUse(uint32_t version, bool clear = false);
     ~VersionInUse();
     VersionInUse(const VersionInUse&) = delete;
     VersionInUse& operator=(const VersionInUse&) = delete;
@@ -40,6 +41,12 @@ class VersionInUse {
     static uint32_t get();
     // What db_encrypt makes of 0; the record takes it, too.
     static uint32_t create();
+    static bool stores_clear() { return current_ != nullptr && current_->clear_; }
+    // From now on texts are encrypted, under a created word.
+    void encrypt() {
+        clear_ = false;
+        create();
+    }
 
     uint32_t version() const { return version_; }
     bool created() const { return created_; }
@@ -52,6 +59,7 @@ class VersionInUse {
   private:
     static inline VersionInUse* current_ = nullptr;
     uint32_t version_;
+    bool clear_;
     bool created_ = false, used_ = false;
 };
 

@@ -121,6 +121,10 @@ class Core : public testing::Test {
     static void sql(const std::string& text) {
         ASSERT_EQ(db_execsql(get_db_handle(), text.c_str()), 0) << text << sqlite3_errmsg(get_db_handle());
     }
+    // In a table's place something that cannot be read, nor repaired.
+    static std::string spoiled(const std::string& table) {
+        return "drop table " + table + "; create view " + table + " as select * from gone;";
+    }
     // The result's values, "|" between columns and ";" between rows.
     static std::string query(const std::string& text) {
         std::string result;

@@ -203,7 +203,7 @@ TEST_F(Schedules, StorageCard) {
     EXPECT_THAT(logged([&] { db_set_time_info(db, 2, &plain_); }), HasSubstr("err, type = 2(0-2) \n"));
     EXPECT_EQ(query("select * from exception_list_comm"), "1|1|2|3|4294967295");
     EXPECT_EQ(query("select * from timesegment_comm_info"), "1|" + signed_);
-    sql("drop table exception_list_comm; drop table timesegment_comm_info;");
+    sql(spoiled("exception_list_comm") + spoiled("timesegment_comm_info"));
     EXPECT_EQ(db_get_exception_comm(db, 1, &exception), -2);
     EXPECT_EQ(db_set_exception_comm(db, 1, &exception), -4);
     EXPECT_EQ(db_set_time_info(db, 1, &plain_), -1);

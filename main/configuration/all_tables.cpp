@@ -191,6 +191,18 @@ int get_alldata_from_db() {
     return work.commit() || result != 0 ? result : -1;
 }
 
+void load_passed_over_tables() {
+    const Capabilities capabilities(kLoad);
+    Work work;
+    if (!work.begin_to_load())
+        return;
+    for (int t = 1; t < kTableNumbers; ++t)
+        if (capabilities.closed_for(t) != nullptr && tables_fun[t].get != nullptr &&
+            work.load(tables_fun[t]) != 0)
+            DB_LOG(kInfo, "table %d cannot be loaded\n", t);
+    static_cast<void>(work.commit());
+}
+
 int set_alldata_to_db() {
     if (makesure_database_exist() != 0 && get_db_handle() != nullptr)
         return -1;

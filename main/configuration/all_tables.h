@@ -7,6 +7,9 @@
 // The load goes on after a failure.  0, or the result of the last get that failed.
 [[nodiscard]] int get_alldata_from_db();
 
+// Loads what that passes over, as far as it is there.
+void load_passed_over_tables();
+
 // The first failure rolls all back.  0 or -1.
 [[nodiscard]] int set_alldata_to_db();
 

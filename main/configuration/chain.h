@@ -9,13 +9,11 @@
 #ifndef CONFIGURATION_CHAIN_H
 #define CONFIGURATION_CHAIN_H
 
+#include "versions.h"
+
 inline constexpr int kLowestPatchableMajor = 1101;
 inline constexpr int kLastPatchedMajor = 1169;  // where the chain ends; also stamped by a rebuild
 inline constexpr int kRebuiltVersion = kLastPatchedMajor << 8;
-
-constexpr int major_of(int version) {
-    return version >> 8 & 0xFFFF;
-}
 
 struct ChainEnd {
     int version;       // packed, as the database is stamped now

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "log.h"
+#include "repair.h"
 #include "store.h"
 
 namespace {
@@ -60,7 +61,7 @@ int db_update_old_version(int version, db_handle db) {
     const std::string value = std::to_string(version);
     const std::string sql =
         "update db_version set old_version = " + value + " where old_version is not " + value + ";";
-    if (db_execsql(db, sql.c_str()) != 0) {
+    if (db_execsql_adapt(db, sql.c_str()) != 0) {
         DB_LOG(kError, "update db old_version error\n");
         return -1;
     }

@@ -4,6 +4,12 @@
 
 #include "device_db.h"
 
+inline constexpr int kEncryptedMajor = 1154;  // texts are encrypted from here on
+
+constexpr int major_of(int version) {
+    return version >> 8 & 0xFFFF;
+}
+
 inline constexpr int kVersionUnreadable = -1;  // the query failed
 inline constexpr int kVersionMissing = -2;     // no row, or no value in it
 

@@ -11,6 +11,7 @@
 #include "rows.h"
 #include "store.h"
 #include "transaction.h"
+#include "versions.h"
 
 namespace {
 
@@ -48,6 +49,12 @@ std::optional<StoredVersion> stored_version() {
         return stored;
     DB_LOG_AS(kError, "db_begin", "the encryption version cannot be read: %s\n", sqlite3_errstr(rc));
     return {};
+}
+
+// The encryption came with this schema version.
+bool predates_encryption() {
+    const int version = db_get_version(get_db_handle());
+    return version > 0 && major_of(version) < kEncryptedMajor;
 }
 
 // The database holds a text that was encrypted.
@@ -112,6 +119,12 @@ bool Work::settle_version(TableSpan stores) {
         const bool needed = stores_version_ || any_of(has_encrypted_columns);
         failed_table_ = needed ? encryption_word_table().number : 0;
         return !needed;
+    }
+    if (!stored->there && predates_encryption()) {
+        has_version_ = false;
+        version_.emplace(0, true);
+        set_db_enc_version(0);
+        return true;
     }
     const uint32_t recorded = get_db_enc_version();
     has_version_ = stored->there;
@@ -189,8 +202,13 @@ bool Work::store_version() {
     return db_execsql(get_db_handle(), update.c_str()) == 0;
 }
 
+void Work::start_encryption() {
+    if (version_)
+        version_->encrypt();
+}
+
 bool Work::commit() {
-    if (version_ && (stores_version_ || brings_version()) && !store_version()) {
+    if (version_ && !stores_clear() && (stores_version_ || brings_version()) && !store_version()) {
         DB_LOG_AS(kError, "db_commit", "COMMIT err\n");
         return false;
     }

@@ -13,6 +13,8 @@
 // - Where the record has another one, and is about to be stored with it, every encrypted column is stored anew
 //   under that one.
 // - The word that the first encrypted text creates is stored with that text, or goes with it.
+// - A database that is older than the encryption has no word; its texts are clear, and stay so until its step of the
+//   patch chain calls start_encryption().
 #ifndef CONFIGURATION_WORK_H
 #define CONFIGURATION_WORK_H
 
@@ -51,6 +53,11 @@ class Work {
     [[nodiscard]] int load(const TableEntry& entry);
     // Runs the set function so that a failure leaves the table's rows as they were; the work goes on.
     [[nodiscard]] int store_apart(const TableEntry& entry);
+
+    // True when texts are stored in the clear.
+    [[nodiscard]] bool stores_clear() const { return VersionInUse::stores_clear(); }
+    // Gives the database a word, under which the texts are encrypted that are stored from now on.
+    void start_encryption();
 
     // False: nothing is stored.
     [[nodiscard]] bool commit();

@@ -13,6 +13,7 @@
 #include "files.h"
 #include "log.h"
 #include "operation_log.h"
+#include "repair.h"
 #include "schema.h"
 #include "well_known.h"
 
@@ -55,6 +56,11 @@ int apply(db_handle db, const Setting& setting) {
         return rc;
     const char* value = db_query_fields_v2(&cursor, setting.column, 0);
     return value != nullptr && std::strcmp(value, setting.value) == 0 ? 0 : SQLITE_ERROR;
+}
+
+// True when what failed with SQLite's code may succeed now.
+bool can_repair(int code, std::string_view table) {
+    return code == SQLITE_ERROR && !table.empty() && db_repair(process_handle, table);
 }
 
 }  // namespace
@@ -178,17 +184,28 @@ int db_query_row_num(db_handle db, const char* sql, int* count) {
 
 // ------------------------------------------------------------------------------------- prepared statements
 
-int db_prepare(StatementKey key, const std::function<std::string()>& sql, sqlite3_stmt** statement) {
+int db_prepare(StatementKey key, const std::function<std::string()>& sql, sqlite3_stmt** statement,
+               std::string_view repaired) {
     auto& owner = prepared[key];
     *statement = owner.get();
     if (*statement != nullptr)
         return SQLITE_OK;
     const std::string text = sql();
-    if (sqlite3_prepare_v3(process_handle, text.c_str(), static_cast<int>(text.size()),
-                           SQLITE_PREPARE_PERSISTENT, statement, nullptr) != SQLITE_OK)
-        return db_report_error();
+    while (sqlite3_prepare_v3(process_handle, text.c_str(), static_cast<int>(text.size()),
+                              SQLITE_PREPARE_PERSISTENT, statement, nullptr) != SQLITE_OK)
+        if (const int code = db_report_error(); !can_repair(code, repaired))
+            return code;
     owner.reset(*statement);
     return SQLITE_OK;
+}
+
+int db_step(sqlite3_stmt* statement, std::string_view repaired) {
+    int rc = sqlite3_step(statement);
+    while (can_repair(rc, repaired)) {
+        sqlite3_reset(statement);
+        rc = sqlite3_step(statement);
+    }
+    return rc;
 }
 
 int db_report_error() {

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "device_db.h"
 
@@ -62,8 +63,13 @@ struct StatementKey {
 
 // The one place where the system's statements are prepared.  They live as long as the connection; `sql` tells the
 // text of one that is not there yet.  0, or SQLite's code, which is logged, with a null statement.
+//
+// For a statement that stores, `repaired` is its table: what an older database lacks of it is added then (repair.h).
 [[nodiscard]] int db_prepare(StatementKey key, const std::function<std::string()>& sql,
-                             sqlite3_stmt** statement);
+                             sqlite3_stmt** statement, std::string_view repaired = {});
+
+// sqlite3_step; `repaired` as above, for a statement that was prepared before its table changed.
+[[nodiscard]] int db_step(sqlite3_stmt* statement, std::string_view repaired);
 
 // Logs SQLite's last error on the handle and returns its code.
 [[nodiscard]] int db_report_error();

@@ -31,7 +31,7 @@ int run(const Statement& statement, Purpose purpose, const Values& values, Asks 
         return rc;
     rc = values.bind(s);
     if (rc == SQLITE_OK)
-        while ((rc = sqlite3_step(s)) == SQLITE_ROW && asks(s)) {
+        while ((rc = db_step(s, statement.table)) == SQLITE_ROW && asks(s)) {
         }
     rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
     sqlite3_reset(s);
@@ -54,7 +54,7 @@ int run_for_scope(const Table& t, Purpose purpose, Index at, int64_t* count = nu
         if (is_scope(t, k, purpose) && rc == SQLITE_OK)
             rc = sqlite3_bind_int64(s, ++parameter, key_value(t.fill[0], k, at, t.counts()));
     if (rc == SQLITE_OK)
-        rc = sqlite3_step(s);
+        rc = db_step(s, t.fill[0].table);
     if (rc == SQLITE_ROW && count != nullptr)
         *count = sqlite3_column_int64(s, 0);
     rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();

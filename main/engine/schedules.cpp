@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include "catalogue.h"
 #include "engine.h"
@@ -131,28 +132,33 @@ const ScheduleHome& home_of(int process_type) {
     return homes[0];
 }
 
+// Of all channels in one query, because an older schema does not tell them apart.
 Status load_rules(const Table& t) {
     const ScheduleHome& home = home_of(kIntelligentRule);
     const ScheduleForm& form = schedule_form(kIntelligentRule);
-    for (int channel = 0; channel < channel_count(); ++channel) {
-        Rows rows(t, t.load[0], channel);
-        int count = 0;
-        for (; rows.next(); ++count) {
-            const int64_t scene = rows.key("scene").value_or(0) - 1;
-            const int64_t rule = rows.key("rule").value_or(0) - 1;
-            if (scene >= 0 && scene < home.scenes && rule >= 0 && rule < home.rules)
-                read_schedule(rows, form,
-                              home.offset + static_cast<std::size_t>(channel) * home.stride +
-                                  static_cast<std::size_t>(scene) * home.scene_stride +
-                                  static_cast<std::size_t>(rule) * home.rule_stride);
-        }
-        if (rows.error() != 0) {
-            log_table(t, t.get, t.says.open, {.number = rows.error()});
-            return {Cause::query, rows.error()};
-        }
-        if (count == 0)
-            log_table(t, t.get, t.says.empty);
+    std::vector<int> count(static_cast<std::size_t>(channel_count()));
+    Rows rows(t, t.load[0], {});
+    while (rows.next()) {
+        int64_t wanted = 0;
+        const auto channel = channel_of(rows, wanted);
+        if (!channel)
+            continue;
+        ++count[static_cast<std::size_t>(*channel)];
+        const int64_t scene = rows.key("scene").value_or(0) - 1;
+        const int64_t rule = rows.key("rule").value_or(0) - 1;
+        if (scene >= 0 && scene < home.scenes && rule >= 0 && rule < home.rules)
+            read_schedule(rows, form,
+                          home.offset + static_cast<std::size_t>(*channel) * home.stride +
+                              static_cast<std::size_t>(scene) * home.scene_stride +
+                              static_cast<std::size_t>(rule) * home.rule_stride);
     }
+    if (rows.error() != 0) {
+        log_table(t, t.get, t.says.open, {.number = rows.error()});
+        return {Cause::query, rows.error()};
+    }
+    for (const int rows_of_channel : count)
+        if (rows_of_channel == 0)
+            log_table(t, t.get, t.says.empty);
     return {};
 }
 

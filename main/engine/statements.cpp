@@ -74,6 +74,11 @@ std::string rows_of(const Statement& s, const Table* scoped, Purpose purpose) {
     return out;
 }
 
+// A load does not change the schema.
+bool serves_a_save(const Statement& s, Purpose purpose) {
+    return purpose != Purpose::select_all && purpose != Purpose::exists && s.verb != Verb::select;
+}
+
 }  // namespace
 
 bool is_scope(const Table& t, const KeyColumn& k, Purpose purpose) {
@@ -117,7 +122,8 @@ std::string executable(const Statement& s, Purpose purpose, const Table* scoped)
 sqlite3_stmt* prepared(const Statement& statement, Purpose purpose, int& code, const Table* scoped) {
     const auto text = [&] { return executable(statement, purpose, scoped); };
     sqlite3_stmt* s = nullptr;
-    code = db_prepare({&statement, static_cast<int>(purpose)}, std::ref(text), &s);
+    code = db_prepare({&statement, static_cast<int>(purpose)}, std::ref(text), &s,
+                      serves_a_save(statement, purpose) ? statement.table : std::string_view());
     return s;
 }
 

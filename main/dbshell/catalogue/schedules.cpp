@@ -16,10 +16,9 @@ constexpr Table kTables[] = {
                  .unstored = UNSTORED(Unstored{"idx", "the database's own number of the row"})),
 
     // The schedules of the intelligent rules, one per scene, rule and channel.
-    READ_ONLY_BY(single_row, analytics, (outer("chan_no")), 101, "db_get_alarmtime_config",
+    READ_ONLY_BY(single_row, analytics, (always("process_type", kIntelligentRule)), 101, "db_get_alarmtime_config",
                  .says = {.open = " db_query_open_v2 err\n", .empty = " db_query_rec_count_v2 err\n"},
-                 .load = SQL("select * from week_config_list where process_type=12 and chan_no = %d;"),
-                 .week_list = WeekList::rules),
+                 .load = SQL("select * from week_config_list where process_type=%d;"), .week_list = WeekList::rules),
 };
 
 constexpr std::span<const Table> kGroups[] = {kTables};

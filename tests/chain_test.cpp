@@ -1,0 +1,347 @@
+// The patch chain: every older schema, synthesised from the newest by taking away what the later steps bring.
+#include "chain.h"
+
+#include "chain_steps.h"
+#include "core_fixture.h"
+#include "created_table.h"
+#include "repair.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+std::vector<std::string> words(std::string_view list) {
+    std::istringstream text{std::string(list)};
+    return {std::istream_iterator<std::string>(text), {}};
+}
+
+// A step's own changes and those that it repeats.
+std::vector<const Changes*> changes_of(const Step& step) {
+    std::vector<const Changes*> all{&step.changes};
+    for (const Changes* repeated : step.repeats)
+        if (repeated != nullptr)
+            all.push_back(repeated);
+    return all;
+}
+std::vector<std::string> creations_of(const Step& step) {
+    std::vector<std::string> names;
+    for (const Changes* changes : changes_of(step))
+        for (const std::string& name : words(changes->creates))
+            names.push_back(name);
+    return names;
+}
+using Column = std::pair<std::string, std::string>;
+std::vector<Column> additions_of(const Step& step) {
+    std::vector<Column> columns;
+    for (const Changes* changes : changes_of(step)) {
+        std::string table;
+        for (std::string word : words(changes->adds)) {
+            const char last = word.back();
+            if (last == ':' || last == ';')
+                word.pop_back();
+            if (last == ':')
+                table = word;
+            else
+                columns.push_back({table, word});
+        }
+    }
+    return columns;
+}
+std::vector<std::string> remakes_of(const Step& step) {
+    std::vector<std::string> names = words(step.remakes_if_there);
+    for (const std::string& name : words(step.remakes))
+        names.push_back(name);
+    return names;
+}
+
+// Which step first brings each table and column.  A table that a step changes before any makes it was always there.
+struct History {
+    std::map<std::string, int> tables;
+    std::map<Column, int> columns;
+
+    History() {
+        for (const Step& step : chain_steps()) {
+            const int from = std::max(step.from, step.also_from);
+            for (const std::string& table : creations_of(step))
+                tables.try_emplace(table, from);
+            for (const Column& column : additions_of(step)) {
+                tables.try_emplace(column.first, 0);
+                columns.try_emplace(column, from);
+            }
+            for (const std::string& table : remakes_of(step))
+                tables.try_emplace(table, 0);
+        }
+    }
+};
+
+class Chain : public Core {
+  protected:
+    const History history_;
+
+    // The database becomes one of an older schema that holds the record.
+    void older_database(int major, int minor = 0) {
+        fresh_database();
+        sql("pragma synchronous = off; drop table sec_lock_auth_db_info;");
+        EXPECT_EQ(db_update_version(major << 8 | minor, get_db_handle()), 0);
+        save_all();
+        close_database();
+        const std::string newest = path("newest");
+        std::filesystem::rename(get_db_path(), newest);
+        set_db_handle(db_open(get_db_path()));
+        sql("attach '" + newest + "' as newest; begin;");
+        for (const CreatedTable& table : created_tables()) {
+            const std::string name(table.name);
+            std::string columns, declared, keys;
+            for (const CreatedColumn& column : table.columns)
+                if (const std::string word(column.name); has(name, word, major)) {
+                    columns += (columns.empty() ? "" : ",") + word;
+                    declared += (declared.empty() ? "" : ",") + word + " " + std::string(column.type);
+                }
+            if (columns.empty())
+                continue;
+            keys = query("select group_concat(name) from pragma_table_info('" + name +
+                         "', 'newest') where pk > 0");
+            sql("create table main." + name + "(" + declared +
+                (keys == "NULL" ? "" : ", primary key(" + keys + ")") + "); insert into main." + name + "(" +
+                columns + ") select " + columns + " from newest." + name + ";");
+        }
+        if (major >= 1104 && major <= 1106)
+            sql("create table roi_param_table(idx integer primary key);");
+        sql("commit; detach newest;");
+        std::filesystem::remove(newest);
+    }
+
+    bool has(const std::string& table, const std::string& column, int major) const {
+        const auto made = history_.tables.find(table);
+        const auto added = history_.columns.find({table, column});
+        return (made == history_.tables.end() || made->second < major) &&
+               (added == history_.columns.end() || added->second < major);
+    }
+
+    static std::string schema() {
+        std::string all;
+        for (const CreatedTable& table : created_tables())
+            all += query("select '" + std::string(table.name) +
+                         "', group_concat(name || type || pk) from (select " +
+                         "name, lower(replace(type, 'integer', 'int')) as type, pk from pragma_table_info('" +
+                         std::string(table.name) + "') order by name)") +
+                   "\n";
+        return all;
+    }
+};
+
+TEST_F(Chain, StepsNameWhatThereIs) {
+    int last = 0;
+    for (const Step& step : chain_steps()) {
+        SCOPED_TRACE(step.from);
+        EXPECT_GT(step.from, last);
+        EXPECT_GT(step.to, std::max(step.from, step.also_from));
+        last = step.from;
+        for (const std::string& name : creations_of(step))
+            EXPECT_NE(created_table(name), nullptr) << name;
+        for (const auto& [table, column] : additions_of(step)) {
+            ASSERT_NE(created_table(table), nullptr) << table;
+            EXPECT_NE(created_table(table)->column(column), nullptr) << table << "." << column;
+            // An added column cannot become a part of the key.
+            EXPECT_EQ(
+                query("select pk from pragma_table_info('" + table + "') where name = '" + column + "'"), "0")
+                << table << "." << column;
+        }
+        std::set<std::string> saved;
+        for (const std::string& name : words(step.saves))
+            if (const NamedFunction function = find_function(name); function.table != nullptr) {
+                EXPECT_EQ(function.role, NamedFunction::Role::set) << name;
+                saved.insert(std::string(function.table->name));
+            }
+        for (const std::string& name : words(step.loads))
+            EXPECT_TRUE(find_function(name).table == nullptr ||
+                        find_function(name).role == NamedFunction::Role::get)
+                << name;
+        // What a step makes anew it fills again.
+        for (const std::string& name : remakes_of(step)) {
+            EXPECT_NE(created_table(name), nullptr) << name;
+            EXPECT_TRUE(find_table(name) == nullptr || saved.contains(name)) << name;
+        }
+    }
+    EXPECT_EQ(chain_steps().front().from, kLowestPatchableMajor);
+    EXPECT_EQ(chain_steps().back().to, kLastPatchedMajor);
+}
+
+// Tables that are to come; a name that is not here either is no function's.
+constexpr const char* kToCome = R"(
+    db_get_tfs_schedule_enable db_save_defocus_param db_save_heatmap_config
+    db_save_intel_moni_alg_cfg db_save_intel_moni_char_overlap db_save_intel_moni_its_cap_param
+    db_save_intel_moni_mointor_point db_save_intel_moni_mpr_config db_save_intel_moni_other_param
+    db_save_intel_moni_pic_merge db_save_intel_moni_remote_center db_save_intel_moni_scene_cruise_schedule
+    db_save_intel_moni_scene_param db_save_intelligent_behavior_rule db_save_intelligent_face_detect_config
+    db_save_intelligent_ivs_param db_save_intelligent_polygon db_save_intelligent_qor_rule
+    db_save_intelligent_qor_scene db_save_intelligent_size_filter db_save_intelligent_vca_ctrl_info
+    db_save_itc_traffic_cfg db_save_mega_dsp_config db_save_passenger_config db_save_passenger_region_config
+    db_save_people_detection_config db_save_region_param_polygon db_save_roadinfo_cfg
+    db_save_smd_detection_cfg db_save_te_alg_cfg db_save_te_char_overlap db_save_te_its_cap_param
+    db_save_te_mointor_point db_save_te_other_param db_save_te_pic_merge db_save_te_remote_center
+    db_save_te_scene_cruise_schedule db_save_te_scene_param db_save_traffic_mointor_point
+    db_save_traffic_overlap_cfg db_save_traffic_pic_merge db_save_traffic_scene_cfg
+    db_save_traffic_vehicle_detect_cfg db_save_vca_line_cfg db_save_vehicle_detection_cfg
+    db_save_vehicle_mointor_point db_save_vehicle_overlap_cfg db_save_vehicle_pic_merge
+    db_save_vehicle_scene_cfg db_save_vehicle_traffic_detect_cfg db_save_vm_snapshot_compression_param
+    db_save_vm_snapshot_normal_param db_save_vm_snapshot_schedtime_config db_save_vm_trigger_chain_param
+    db_set_intrusion_detec_config db_set_lf_calibrate_info db_set_lf_track_cfg db_set_line_detect_config
+    db_set_scene_change_detec_config
+)";
+
+TEST_F(Chain, CatalogueLacksTheseFunctionsAlone) {
+    const auto list = words(kToCome);
+    for (const Step& step : chain_steps())
+        for (const std::string_view functions : {step.saves, step.loads})
+            for (const std::string& name : words(functions))
+                EXPECT_TRUE(find_function(name).table != nullptr ||
+                            std::find(list.begin(), list.end(), name) != list.end())
+                    << name;
+}
+
+// Also of a device that has none of the capabilities, and with a record that another process has filled: what the
+// old database held is in the record and in the database, and nothing is missing in the schema.
+TEST_F(Chain, EveryListedVersionKeepsItsValues) {
+    fresh_database();
+    const std::string newest = schema();
+    for (const Step& step : chain_steps())
+        for (const int from : {step.from, step.also_from}) {
+            if (from == 0)
+                continue;
+            SCOPED_TRACE(from);
+            randomise(static_cast<unsigned>(from));
+            older_database(from, 5);
+            const auto original = std::make_unique<DEVICECONFIG>(r_);
+            randomise(1);
+            static_cast<void>(get_alldata_from_db());  // tables are missing
+            const ChainEnd end = run_patch_chain(from << 8 | 5);
+            EXPECT_TRUE(end.complete());
+            EXPECT_EQ(end.version, kRebuiltVersion | 5);
+            EXPECT_EQ(db_get_version(get_db_handle()), end.version);
+            EXPECT_TRUE(schema() == newest);
+            const auto kept = std::make_unique<DEVICECONFIG>(r_);
+            wipe();
+            load_all();
+            for (const Table* table : all_tables())
+                for (const Cell& cell : cells_of_table(*table)) {
+                    const std::string column(cell.field->name), name(table->name);
+                    if (table->strategy == Strategy::packed || !has(name, column, from))
+                        continue;
+                    EXPECT_EQ(cell_text(r_, cell), cell_text(*original, cell)) << address_of(cell);
+                    EXPECT_EQ(cell_text(*kept, cell), cell_text(*original, cell)) << address_of(cell);
+                }
+        }
+}
+
+TEST_F(Chain, UnlistedVersionsEndItWhereTheyAre) {
+    for (const int major : {1000, 1100, 1110, 1115, 1120, 1132, 1169, 1180}) {
+        EXPECT_EQ(db_update_version(major << 8, get_db_handle()), 0);
+        const Contents before = contents();
+        const ChainEnd end = run_patch_chain(major << 8);
+        EXPECT_EQ(end.complete(), major >= 1169) << major;
+        EXPECT_FALSE(end.step_failed);
+        EXPECT_EQ(end.version, major << 8);
+        EXPECT_EQ(difference(before, contents()), "");
+    }
+    close_database();
+    EXPECT_TRUE(run_patch_chain(1146 << 8).step_failed);
+}
+
+TEST_F(Chain, FailedStepLeavesTheVersionBefore) {
+    const struct {
+        int from, stops_at;
+        const char *spoil, *said;
+    } cases[] = {
+        {1161, 1162,
+         "create trigger t before insert on active_mcast_param begin select raise(fail, 'x'); end;",
+         "parampatchfor_version_1162 save error\n"},
+        {1161, 1162, "create trigger t before insert on chn_info begin select raise(fail, 'x'); end;",
+         "parampatchfor_version_1162 save error\n"},
+        {1104, 1104, "drop table audio_param_info;", "alter table error\n"},
+        {1107, 1107, "drop table dnf_config_table;", "execute sql error\n"},
+        {1101, 1101, "drop table local_port_list;", "delete from local_port_list error\n"},
+        {1131, 1131,
+         "create trigger t before update of qp_offset on chn_comp_info begin select raise(fail, 'x'); end;",
+         "update chn_comp_info qp_offset err\n"},
+        {1153, 1153, "drop table disk_quota_list;", "alter db error\n"},
+        {1157, 1158, "drop table chn_info;", "alter db error\n"},
+    };
+    for (const auto& c : cases) {
+        older_database(c.from);
+        if (std::string_view(c.said).find("save error") != std::string_view::npos)
+            sql("create table if not exists active_mcast_param(idx integer primary key);");
+        sql(c.spoil);
+        EXPECT_EQ(db_get_version(get_db_handle()), c.from << 8);
+        EXPECT_THAT(logged([&] {
+                        const ChainEnd end = run_patch_chain(c.from << 8);
+                        EXPECT_TRUE(end.step_failed && !end.complete());
+                        EXPECT_EQ(end.version, c.stops_at << 8);
+                    }),
+                    HasSubstr(c.said));
+        EXPECT_EQ(db_get_version(get_db_handle()), c.stops_at << 8);
+        EXPECT_EQ(sqlite3_get_autocommit(get_db_handle()), 1);
+        if (c.stops_at == 1162) {
+            EXPECT_EQ(query("select count(*) from pragma_table_info('chn_info') where name like 'battery%'"),
+                      "0");
+        }
+    }
+}
+
+// Before its step a database has no word, and its texts are clear, whatever is stored.
+TEST_F(Chain, EncryptionComesWithItsStep) {
+    const auto stored = [] { return query("select passwd from email_config_info"); };
+    for (const bool fails : {true, false}) {
+        wipe();
+        older_database(1136);
+        std::strcpy(r_.users.user[0].username, "admin");
+        std::strcpy(r_.users.user[0].passwd, "first");
+        std::strcpy(r_.users.user[1].username, "guest");
+        set_db_enc_version(kDefaultVersion);
+        {
+            Work work;
+            ASSERT_TRUE(work.begin(all_tables()));
+            ASSERT_EQ(save_table(*find_table("user_mana_info")), 0);
+            ASSERT_TRUE(work.commit());
+        }
+        sql("update email_config_info set passwd = 'secret';");
+        wipe();
+        static_cast<void>(get_alldata_from_db());
+        EXPECT_EQ(get_db_enc_version(), 0u);
+        if (fails)
+            sql("create trigger t before insert on alarm_in_config begin select raise(fail, 'x'); end;");
+        const ChainEnd end = run_patch_chain(1136 << 8);
+        EXPECT_EQ(end.complete(), !fails);
+        EXPECT_EQ(end.version >> 8, fails ? 1152 : 1169);
+        EXPECT_EQ(get_db_enc_version(), fails ? 0 : kDefaultVersion);
+        EXPECT_EQ(stored() == "secret", fails);
+        if (fails)
+            continue;
+        EXPECT_EQ(query("select db_enc_version from sec_lock_auth_db_info"), std::to_string(kDefaultVersion));
+        wipe();
+        EXPECT_EQ(get_alldata_from_db(), 0);
+        EXPECT_EQ(query("select user_num from sec_user_mana_info where idx = 1"), "2");
+        EXPECT_STREQ(r_.users.sec_user[0].passwd, "first");
+        EXPECT_STREQ(r_.users.sec_user[1].username, "guest");
+        EXPECT_STREQ(r_.service.email.passwd, "secret");
+    }
+}
+
+// Schedules of intelligent rules, in a list that does not tell channels apart yet.
+TEST_F(Chain, RulesSchedulesOfAnOlderListAreTheFirstChannels) {
+    maxEnChanNo = 2;
+    sql("alter table week_config_list drop column chan_no;"
+        "insert into week_config_list(process_type, scene, rule, begin_end_time) values(12, 2, 3, '7:8:');");
+    const Contents before = contents();
+    EXPECT_EQ(run("db_get_alarmtime_config"), 0);
+    EXPECT_EQ(difference(before, contents()), "");
+    const auto loaded = std::make_unique<DEVICECONFIG>(r_);
+    wipe();
+    EXPECT_EQ(add_created_column(get_db_handle(), "week_config_list", "chan_no"), 0);
+    EXPECT_EQ(run("db_get_alarmtime_config"), 0);
+    EXPECT_EQ(std::memcmp(loaded.get(), &r_, sizeof r_), 0);
+    wipe();
+    EXPECT_NE(std::memcmp(loaded.get(), &r_, sizeof r_), 0);
+}
+
+}  // namespace
