@@ -36,7 +36,7 @@ bool every_word(std::string_view list, Visit visit) {
 // One step on its way through its transaction.
 class Run {
   public:
-    explicit Run(const Step& step)
+    explicit Run(const ChainStep& step)
         : step_(step), name_("parampatchfor_version_" + std::to_string(step.from)) {}
 
     // False: the database is as it was.
@@ -59,7 +59,7 @@ class Run {
     }
 
   private:
-    const Step& step_;
+    const ChainStep& step_;
     const std::string name_;
     const db_handle db_ = get_db_handle();
 
@@ -157,7 +157,7 @@ class Run {
 
 ChainEnd run_patch_chain(int version) {
     bool first = true;
-    for (const Step& step : chain_steps()) {
+    for (const ChainStep& step : chain_steps()) {
         if (major_of(version) != step.from && major_of(version) != step.also_from)
             continue;
         // A step stores the record's part of a table also where the device lacks what the table is for.

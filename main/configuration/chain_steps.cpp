@@ -147,7 +147,7 @@ bool refresh_height(Work&) {
 
 // ------------------------------------------------------------------------------------- the steps
 
-constexpr Step kSteps[] = {
+constexpr ChainStep kSteps[] = {
     {.from = 1101,
      .to = 1102,
      .changes = {.creates = "local_port_list_ext",
@@ -523,6 +523,6 @@ constexpr Step kSteps[] = {
 
 }  // namespace
 
-std::span<const Step> chain_steps() {
+std::span<const ChainStep> chain_steps() {
     return kSteps;
 }

@@ -22,7 +22,7 @@ struct StepStatement {
 };
 
 // In this order.
-struct Step {
+struct ChainStep {
     int from, to;
     int also_from = 0;
     std::string_view drops = {};  // if they are there
@@ -40,6 +40,6 @@ struct Step {
     const char* save_failed = "save data to db error\n";
 };
 
-std::span<const Step> chain_steps();
+std::span<const ChainStep> chain_steps();
 
 #endif
