@@ -184,6 +184,7 @@ TEST(CatalogueNames, EveryNumberOfTheRegistryIsOneTables) {
         EXPECT_TRUE(t->number >= 1 && t->number <= 253) << t->name << ' ' << t->number;
         const auto [known, is_new] = names.emplace(t->number, t->name);
         EXPECT_TRUE(is_new) << t->number << " is the number of " << known->second << " and " << t->name;
+        EXPECT_EQ(table_by_number(t->number), t) << "not the first part of " << t->name;
     }
 }
 

@@ -65,7 +65,7 @@ struct Index {
         const auto number = static_cast<std::size_t>(t.number);
         if (by_number.size() <= number)
             by_number.resize(number + 1);
-        if (number != 0)
+        if (number != 0 && by_number[number] == nullptr)
             by_number[number] = &t;
         if (!t.get.empty() && !loaded_part)
             functions.push_back({std::string(t.get), {&t, Role::get}});

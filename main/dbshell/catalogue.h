@@ -31,7 +31,7 @@ std::span<const Table* const> all_tables();
 // By SQL table name; the first of several entries of one table.  Null: no such table.
 const Table* find_table(std::string_view name);
 
-// By number in the registry.  Null: no table has this number.
+// By number in the registry; the first of several entries of one table.  Null: no table has this number.
 const Table* table_by_number(int number);
 
 // The entry behind this one that has the same get function, or the same set function: it moves the rows of both, one

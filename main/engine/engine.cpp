@@ -409,10 +409,11 @@ Status load(const Table& t) {
 // ------------------------------------------------------------------------------------- whole tables
 
 int load_table(const Table& t) {
+    int result = 0;
     for (const Table* part = &t; part != nullptr; part = next_loaded_part(*part))
-        if (const int rc = result_of(part->graded.get, load(*part)); rc != 0)
-            return rc;
-    return 0;
+        if (const int rc = result_of(part->graded.get, load(*part)); result == 0)
+            result = rc;
+    return result;
 }
 
 int save_table(const Table& t) {

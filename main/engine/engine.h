@@ -15,6 +15,7 @@
 
 namespace dbshell {
 
+// All its parts, also after one that failed; the first failure.
 [[nodiscard]] int load_table(const Table& table);
 // Every owner of the table; stops at the first that fails.
 [[nodiscard]] int save_table(const Table& table);
