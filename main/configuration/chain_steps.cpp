@@ -427,7 +427,7 @@ constexpr ChainStep kSteps[] = {
      .save_failed = "1155 save error\n"},
     {.from = 1155,
      .to = 1156,
-     .saves = "db_save_intelligent_ivs_param db_set_hwconfig",
+     .saves = "db_save_intelligent_ivs_param db_set_hwconfig db_save_intelligent_qor_rule",
      .save_failed = "1156 save error\n"},
     {.from = 1156, .to = 1157, .loads = "db_get_tfs_schedule_enable", .saves = "db_save_te_other_param"},
     {.from = 1157,
