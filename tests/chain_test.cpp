@@ -264,9 +264,12 @@ TEST_F(Chain, FailedStepLeavesTheVersionBefore) {
 // Before its step a database has no word, and its texts are clear, whatever is stored.
 TEST_F(Chain, EncryptionComesWithItsStep) {
     const auto stored = [] { return query("select passwd from email_config_info"); };
-    for (const bool fails : {true, false}) {
+    const std::string word_table(created_table("sec_lock_auth_db_info")->statement);
+    for (const auto& [fails, has_row] : {std::pair{true, false}, {false, false}, {false, true}}) {
         wipe();
         older_database(1136);
+        if (has_row)
+            sql(word_table + "insert into sec_lock_auth_db_info(idx, db_enc_version) values(1, 0);");
         std::strcpy(r_.users.user[0].username, "admin");
         std::strcpy(r_.users.user[0].passwd, "first");
         std::strcpy(r_.users.user[1].username, "guest");

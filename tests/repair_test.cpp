@@ -202,6 +202,16 @@ TEST_F(Repair, EverySaveRepairsItsTable) {
     EXPECT_GT(done.size(), 100u);
 }
 
+// A schedule of an older list is the first channel's, and is found again when its channel is asked for.
+TEST_F(Repair, SchedulesFindTheirRowsInAnOlderList) {
+    sql("alter table week_config_list drop column chan_no;"
+        "insert into week_config_list(process_type, begin_end_time) values(9, '1'), (10, '2');");
+    PlainSchedule schedule{};
+    EXPECT_EQ(db_save_timeseg(&schedule, kVideoLoss, 0), 0);
+    EXPECT_EQ(query("select process_type, chan_no, length(begin_end_time) > 1 from week_config_list"),
+              "9|1|1;10|1|0");
+}
+
 TEST_F(Repair, LoadsDoNotChangeTheSchema) {
     sql("drop table chn_info; alter table wdr_config_table drop column enable;");
     const std::string before = schema();

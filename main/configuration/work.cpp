@@ -120,8 +120,8 @@ bool Work::settle_version(TableSpan stores) {
         failed_table_ = needed ? encryption_word_table().number : 0;
         return !needed;
     }
-    if (!stored->there && predates_encryption()) {
-        has_version_ = false;
+    if (stored->version == 0 && predates_encryption()) {
+        has_version_ = stored->there;
         version_.emplace(0, true);
         set_db_enc_version(0);
         return true;
