@@ -74,9 +74,18 @@ std::string rows_of(const Statement& s, const Table* scoped, Purpose purpose) {
     return out;
 }
 
-// A load does not change the schema.
+// What a load may run, too, does not change the schema: where it fails a save asks for each row.
 bool serves_a_save(const Statement& s, Purpose purpose) {
-    return purpose != Purpose::select_all && purpose != Purpose::exists && s.verb != Verb::select;
+    switch (purpose) {
+        case Purpose::run:
+        case Purpose::ask:
+        case Purpose::ask_rows:
+        case Purpose::count:
+        case Purpose::remove:
+            return s.verb != Verb::select;
+        default:
+            return false;
+    }
 }
 
 }  // namespace
