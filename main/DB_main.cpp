@@ -12,6 +12,7 @@
 
 #include "DB_process_service.h"
 #include "DB_uni_process.h"
+#include "backup.h"
 #include "device_ipc.h"
 #include "device_paths.h"
 #include "log.h"
@@ -145,6 +146,10 @@ int main() {
     std::puts("goint to set_semvalue 1...");
     if (set_semvalue(loaded) != 1)
         DB_LOG(kError, "nobody learns that the record is loaded...\n");
+
+    pthread_t backup{};
+    if (pthreadSpawn(&backup, kBackupPriority, kBackupStack, backup_dev_cfg, nullptr) != 0)
+        DB_LOG(kSevere, "the pthread backup_dev_cfg failed [%d]...........\n", errno);
 
     std::puts("\ndatabase going to sleep----------");
     for (;;) {

@@ -15,6 +15,7 @@
 #include "registry.h"
 #include "request.h"
 #include "request_kinds.h"
+#include "reset.h"
 #include "start.h"
 #include "state.h"
 #include "store.h"
@@ -333,6 +334,13 @@ Outcome run(int load_type, const Request& request) {
         case EN_GET_BUILD_INFO:
             print_build_info();
             return {.reply = {}, .handler_result = -1};
+        case EN_RESET_ALL_FACTORY_PARA: {
+            const int result = set_system_default_param(kResetAll);
+            std::printf("EN_RESET_ALL_FACTORY_PARA ret = %d\n", result);
+            return {result};
+        }
+        case EN_RESET_FACTORY_PARA_MODE2:
+            return {set_system_default_param(kResetKeepingAccess)};
         case EN_SET_DB_VERSION:
             std::puts("EN_SET_DB_VERSION----");
             return {committed(db_begin, [] { return db_update_version(kCurrentVersion, get_db_handle()); })};

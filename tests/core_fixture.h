@@ -66,6 +66,8 @@ class Core : public testing::Test {
         setenv("DEVICE_ROOT", root_folder().c_str(), 1);
         std::filesystem::remove_all(root_folder() + "/devinfo");
         device_prepare_root();
+        std::filesystem::current_path(root_folder());  // where dumps go
+        std::filesystem::remove_all("ex1.dump.gz");
         set_cfg_param(record_.get());
         maxEnChanNo = 1;
         closing_flag = false;

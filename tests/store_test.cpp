@@ -1,6 +1,7 @@
-// The store: files, schema, transactions, and what a start makes of each kind of database file.
+// The store: files, schema, transactions.
 #include "core_fixture.h"
 #include "created_table.h"
+#include "recovery.h"
 #include "schema.h"
 
 // In the place of the C library's: a test waits for nothing.
@@ -173,102 +174,6 @@ TEST_F(Store, NothingIsStoredOnAConnectionWithoutItsSettings) {
     EXPECT_EQ(settings(), "truncate2");
 }
 
-// ------------------------------------------------------------------------------------- start
-
-TEST_F(Store, StartMakesAMissingOrEmptyDatabaseFromTheRecord) {
-    std::strcpy(r_.channel[0].name, "gate");
-    for (const bool empty : {false, true}) {
-        close_database();
-        std::filesystem::remove(get_db_path());
-        if (empty)
-            write_file(get_db_path(), "");
-        EXPECT_EQ(init_database(), 0);
-        EXPECT_EQ(tables_and_version(), kComplete);
-        EXPECT_EQ(query("select name from chn_info"), "gate");
-        EXPECT_THAT(operation_log(), HasSubstr("] Db version is -1,Read from cfg\n"));
-        EXPECT_EQ(pauses, 0);
-    }
-}
-
-TEST_F(Store, StartLoadsADatabaseAndWritesItOnlyOnce) {
-    stored("gate");
-    FileState after_first;
-    for (int start = 0; start < 2; ++start) {
-        wipe();
-        EXPECT_EQ(init_database(), 0);
-        EXPECT_STREQ(r_.channel[0].name, "gate");
-        EXPECT_EQ(query("select * from db_version"), "302080|302080");
-        EXPECT_EQ(file_state() == after_first, start == 1);
-        after_first = file_state();
-    }
-    EXPECT_EQ(operation_log(), "");
-}
-
-TEST_F(Store, StartKeepsTheRowsOfADatabaseWithoutAVersion) {
-    stored("gate");
-    sql("create table \"of \"\"another\"\" schema\"(x); drop table audio_param_info; drop table db_version;");
-    wipe();
-    EXPECT_EQ(init_database(), 0);
-    EXPECT_STREQ(r_.channel[0].name, "gate");
-    EXPECT_EQ(query("select name from chn_info"), "gate");
-    EXPECT_EQ(tables_and_version(), kComplete);
-}
-
-TEST_F(Store, StartSetsADamagedDatabaseAside) {
-    std::strcpy(r_.channel[0].name, "gate");
-    for (const std::string& bytes : {std::string("no database"), std::string(5000, 'x'),
-                                     content(get_db_path()).replace(0, 20, std::string(20, '\0'))}) {
-        close_database();
-        write_file(get_db_path(), bytes);
-        write_file(get_db_path() + std::string("-journal"), "stale");
-        EXPECT_EQ(init_database(), 0);
-        EXPECT_EQ(tables_and_version(), kComplete);
-        EXPECT_EQ(query("select name from chn_info"), "gate");
-        EXPECT_EQ(content(path("ipc_db.damaged")), bytes);
-        EXPECT_THAT(operation_log(), HasSubstr("] Main Db is broken\n"));
-    }
-}
-
-TEST_F(Store, DamagedDatabaseThatCannotBeSetAsideStaysAndIsTriedAgain) {
-    std::filesystem::create_directories(path("ipc_db.damaged/full"));
-    close_database();
-    write_file(get_db_path(), "no database");
-    EXPECT_EQ(init_database(), -1);
-    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
-    EXPECT_EQ(content(get_db_path()), "no database");
-    std::filesystem::remove_all(path("ipc_db.damaged"));
-    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);  // it is loaded meanwhile
-    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
-    EXPECT_EQ(content(path("ipc_db.damaged")), "no database");
-    EXPECT_EQ(tables_and_version(), kComplete);
-}
-
-TEST_F(Store, StartLosesNothingOfALockedDatabase) {
-    stored("gate");
-    std::strcpy(r_.channel[0].name, "default");
-    const FileState state = file_state();
-    auto locked = std::make_unique<Locked>();
-    EXPECT_NE(init_database(), 0);
-    EXPECT_GE(std::exchange(pauses, 0), 5);
-    EXPECT_STREQ(r_.channel[0].name, "default");
-    EXPECT_TRUE(file_state() == state);
-    EXPECT_FALSE(std::filesystem::exists(path("ipc_db.damaged")));
-    EXPECT_EQ(operation_log(), "");
-
-    // The lock goes: what a client of the unloaded record wants stored is refused, and the record is loaded.
-    locked.reset();
-    EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kRefused);
-    EXPECT_STREQ(r_.channel[0].name, "gate");
-    EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kStored);
-
-    locked = std::make_unique<Locked>();
-    on_pause = [&] { pauses == 3 ? locked.reset() : void(); };
-    wipe();
-    EXPECT_EQ(init_database(), 0);
-    EXPECT_EQ(pauses, 3);
-    EXPECT_STREQ(r_.channel[0].name, "gate");
-}
-
 TEST_F(Store, MissingDatabaseIsMadeAgainByTheNextFullSave) {
     randomise(1);
     EXPECT_EQ(set_alldata_to_db(), 0);
@@ -299,7 +204,7 @@ TEST_F(Store, LockedDatabaseIsNotMadeAnewAndStaysUsable) {
     const std::string before = content(get_db_path());
     {
         const Locked locked;
-        EXPECT_EQ(rebuild_from_record(), -1);
+        EXPECT_EQ(rebuild_from_record(kCurrentVersion), Rebuilt::not_created);
     }
     EXPECT_EQ(content(get_db_path()), before);
     EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);

@@ -128,9 +128,9 @@ TEST_F(Version, DatabaseWithoutAWordTakesTheRecordsWithItsFirstText) {
     // Made from a record that has one, it has that.
     close_database();
     std::filesystem::remove(get_db_path());
-    version_ = kOther;
+    version_ = 0x00000100;
     EXPECT_EQ(init_database(), 0);
-    EXPECT_EQ(stored(), std::to_string(kOther));
+    EXPECT_EQ(stored(), std::to_string(0x00000100));
 }
 
 // A word that is lost altogether is most likely the one that this system makes.

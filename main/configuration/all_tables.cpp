@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <string>
 #include <vector>
 
 #include "DB_uni_process.h"
@@ -13,8 +12,8 @@
 #include "files.h"
 #include "log.h"
 #include "operation_log.h"
+#include "recovery.h"
 #include "registry.h"
-#include "schema.h"
 #include "state.h"
 #include "store.h"
 #include "transaction.h"
@@ -118,6 +117,9 @@ void visit_tables(const Capabilities& capabilities, const char* function, Visit 
     }
 }
 
+// Tables that the last load of everything passed over: the record does not hold what is stored in them.
+TableNumbers not_loaded;
+
 void report_failed_store(int table) {
     DB_LOG_AS(kError, "set_alldata_to_db", "tables_fun[%d].set() failed, going to rollback\n", table);
     log_operation("tables_fun[%d].set failed.Need rollback\n", table);
@@ -144,31 +146,6 @@ int store_all_tables(const Capabilities& capabilities) {
     return -1;
 }
 
-int drop_all_tables(db_handle db) {
-    db_cursor cursor{};
-    int rc = db_query_open_v2(
-        db, "select name from sqlite_master where type='table' and name not like 'sqlite_%';", &cursor);
-    for (int i = 0; rc == 0 && i < db_query_rec_count_v2(&cursor); ++i) {
-        std::string quoted;
-        const char* name = db_query_fields_v2(&cursor, "name", i);
-        for (const char* c = name != nullptr ? name : ""; *c != '\0'; ++c)
-            quoted.append(*c == '"' ? 2 : 1, *c);
-        rc = db_execsql(db, ("drop table \"" + quoted + "\";").c_str());
-    }
-    db_query_close_v2(&cursor);
-    return rc;
-}
-
-// A database that could not be filled gets its tables at least, so that they can be stored one by one.
-void make_empty_tables(db_handle db) {
-    if (db_begin() != 0)
-        return;
-    if (creat_all_table(db) != 0)
-        db_rollback();
-    else if (db_commit() != 0)
-        DB_LOG_AS(kError, "rebuild_from_record", "the database stays without tables\n");
-}
-
 }  // namespace
 
 int get_alldata_from_db() {
@@ -176,6 +153,8 @@ int get_alldata_from_db() {
     Work work;
     if (!work.begin_to_load())
         return -1;
+    for (int t = 0; t < kTableNumbers; ++t)
+        not_loaded.set(static_cast<std::size_t>(t), capabilities.closed_for(t) != nullptr);
     int result = 0;
     visit_tables(capabilities, __func__, [&](int t) {
         if (tables_fun[t].get == nullptr) {
@@ -225,25 +204,15 @@ bool is_passed_over(int table) {
            Capabilities(kStore).closed_for(table) != nullptr;
 }
 
-int rebuild_from_record() {
-    const Capabilities capabilities(kStore);
-    db_handle db = get_db_handle();
-    int tables_before = -1;
-    if (db == nullptr)
-        return -1;
-    {
-        Work work;
-        if (!work.begin_anew())
-            return -1;
-        if (db_query_row_num(db, "select count(*) from sqlite_master;", &tables_before) == 0 &&
-            drop_all_tables(db) == 0 && creat_all_table(db) == 0 && store_all_tables(capabilities) == 0 &&
-            db_update_version(kCurrentVersion, db) == 0)
-            return work.commit() ? 0 : -1;
-    }
-    DB_LOG(kError, "set_alldata_to_db error\n");
-    if (tables_before == 0)
-        make_empty_tables(db);
-    return -1;
+bool store_new_database(TableNumbers& passed_over) {
+    const Capabilities to_store(kStore), to_load(kLoad);
+    if (store_all_tables(to_store) != 0)
+        return false;
+    passed_over = not_loaded;
+    for (int t = 1; t < kTableNumbers; ++t)
+        if (to_store.closed_for(t) != nullptr || to_load.closed_for(t) != nullptr)
+            passed_over.set(static_cast<std::size_t>(t));
+    return true;
 }
 
 int makesure_database_exist() {
@@ -255,12 +224,6 @@ int makesure_database_exist() {
     }
     if (closing_flag)
         return -1;
-    // The file is gone: a handle that is still open leads to its deleted self, and what is stored there is lost.
-    db_handle db = db_open(get_db_path());
-    if (db == nullptr) {
-        DB_LOG_AS(kError, "db_create", "creat_database:sqldb = NULL\n");
-        return -1;
-    }
-    set_db_handle(db);
-    return rebuild_from_record();
+    // A handle that is still open leads to the file's deleted self: what only that holds is carried over.
+    return rebuild_from_record(kCurrentVersion) == Rebuilt::complete ? 0 : -1;
 }

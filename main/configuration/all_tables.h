@@ -4,6 +4,10 @@
 #ifndef DBUTIL_ALL_TABLES_H
 #define DBUTIL_ALL_TABLES_H
 
+#include <bitset>
+
+#include "registry.h"
+
 // The load goes on after a failure.  0, or the result of the last get that failed.
 [[nodiscard]] int get_alldata_from_db();
 
@@ -13,9 +17,11 @@ void load_passed_over_tables();
 // The first failure rolls all back.  0 or -1.
 [[nodiscard]] int set_alldata_to_db();
 
-// All tables made anew, filled from the record and stamped with the current version, in one transaction:
-// a power cut leaves the old database or the new one.  0 or -1.
-[[nodiscard]] int rebuild_from_record();
+using TableNumbers = std::bitset<kTableNumbers>;
+
+// Stores the record into a new database, inside the caller's transaction.  `passed_over` becomes the tables that the
+// device's capabilities keep from being stored, or kept from being loaded: what is stored in them is not in the record.
+[[nodiscard]] bool store_new_database(TableNumbers& passed_over);
 
 // Makes the main database if its file is missing, fills it from the record and stamps the current version.
 // 0 when it exists afterwards.

@@ -1,65 +1,65 @@
 #include "start.h"
 
-#include <errno.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <cstdio>
+#include <cstring>
+#include <optional>
 #include <string>
 
+#include "DB_uni_process.h"
 #include "all_tables.h"
+#include "alter.h"
 #include "catalogue.h"
+#include "chain.h"
+#include "created_table.h"
+#include "device_paths.h"
 #include "engine.h"
 #include "files.h"
+#include "health.h"
 #include "log.h"
 #include "operation_log.h"
+#include "recovery.h"
 #include "registry.h"
+#include "salvage.h"
 #include "sec_db_enc.h"
 #include "state.h"
 #include "store.h"
 #include "transaction.h"
 #include "versions.h"
+#include "well_known.h"
+#include "work.h"
 
 namespace {
 
 constexpr const char* kSourceFile = "main/dbutil.c";
 constexpr int kLockAttempts = 6;
 
-bool load_pending = false;
-
-// Why a database without a readable version has none.
-enum class Condition {
-    no_version,  // empty, or without the table or its row: made anew from the record
-    damaged,     // no database, or a broken one
-    unreadable,  // locked, no permission, I/O error: left as it is
+// What a start could not do and the next request tries again.
+enum class Pending {
+    nothing,
+    start,         // another process held the database
+    new_database,  // the old one is given up, and a new one could not be made
 };
+Pending pending = Pending::nothing;
 
-Condition condition_of(db_handle db, int attempts) {
-    int rc = SQLITE_OK;
-    for (int attempt = 0; attempt < attempts; ++attempt) {
+// True when another process still holds the database after so many attempts, a second apart.
+bool is_held(int attempts) {
+    if (check_file_not_empty(get_db_path()) != 0)
+        return false;
+    db_handle db = db_connect(0, get_db_path(), 0, 0);
+    int rc = SQLITE_BUSY;
+    for (int attempt = 0; attempt < attempts && (rc == SQLITE_BUSY || rc == SQLITE_LOCKED); ++attempt) {
         if (attempt > 0)
             sleep(1);
         rc = db_execsql(db, "select count(*) from sqlite_master;");
-        if (rc != SQLITE_BUSY && rc != SQLITE_LOCKED)
-            break;
     }
-    if (rc == SQLITE_OK)
-        return Condition::no_version;
-    DB_LOG_AS(kError, "init_database", "the database %s cannot be read: %s\n", get_db_path(),
-              sqlite3_errstr(rc));
-    return rc == SQLITE_NOTADB || rc == SQLITE_CORRUPT ? Condition::damaged : Condition::unreadable;
+    db_disconnect(db);
+    return rc == SQLITE_BUSY || rc == SQLITE_LOCKED;
 }
 
-// Its rows may still be worth something to someone.  False: it is still in its place.
-bool keep_aside() {
-    db_handle db = get_db_handle();
-    db_close(&db);
-    const bool moved = replace_file(get_db_path(), (std::string(get_db_path()) + ".damaged").c_str()) &&
-                       remove_journal(get_db_path());
-    if (moved)
-        log_operation("Main Db is broken\n");
-    set_db_handle(db_open(get_db_path()));
-    return moved;
-}
+// ------------------------------------------------------------------------------------- loading
 
 int store_old_version(int version) {
     if (const int rc = db_begin(); rc != 0)
@@ -70,59 +70,237 @@ int store_old_version(int version) {
     return -1;
 }
 
-// Loads the record from the open database, or makes the database from the record where it has no version.
-int load_database(int attempts) {
-    int version = db_get_version(get_db_handle());
-    if (version < 0) {
-        const Condition condition = condition_of(get_db_handle(), attempts);
-        load_pending =
-            condition == Condition::unreadable || (condition == Condition::damaged && !keep_aside());
-        if (load_pending)
-            return -1;
-        version = db_get_version(get_db_handle());  // a lock may have gone meanwhile
-    }
-    load_pending = false;
-    DB_LOG_AS(kError, "init_database", "db version = %d\n", version);
-    if (dbshell::load_table(dbshell::encryption_word_table()) != 0)
-        DB_LOG_AS(kError, "init_database", "the encryption version cannot be loaded\n");
-    if (version <= 0) {
-        DB_LOG_AS(kInfo, "db_getdata_byversion", "try to read param from cfg file to db\n");
-        log_operation("Db version is %d,Read from cfg\n", version);
-        const uint32_t default_version = get_db_enc_version();
-        static_cast<void>(get_alldata_from_db());  // what is not there keeps its default,
-        set_db_enc_version(default_version);       // so does the word that a database without one has
-        return rebuild_from_record();
-    }
-    if (store_old_version(version) != 0)
-        DB_LOG_AS(kError, "db_getdata_byversion", "old_version is not stored\n");
-    DB_LOG_AS(kInfo, "db_getdata_byversion", "Direct read from the database\n");
-    return get_alldata_from_db();
+// A table that cannot be loaded keeps its part of the record, and the load says so.
+void load_all() {
+    if (get_alldata_from_db() != 0)
+        DB_LOG_AS(kError, "db_getdata_byversion", "not every table is loaded\n");
 }
 
-int open_and_load() {
-    init_tables_fun();
-    if (closing_flag) {
-        DB_LOG_AS(kInfo, "init_database", "the database was closed before it was opened\n");
+// The record's word is the main application's until then.  Databases from before the field encryption hold none, and
+// plain texts.
+void load_encryption_word(int version) {
+    constexpr int kFirstEncryptedMajor = 1154;
+    int rows = 0;
+    const bool stored =
+        db_query_row_num(get_db_handle(), "select count(*) from sec_lock_auth_db_info;", &rows) == 0 &&
+        rows > 0;
+    if (!stored && version > 0 && major_of(version) < kFirstEncryptedMajor)
+        set_db_enc_version(0);
+    else if (dbshell::load_table(dbshell::encryption_word_table()) != 0)
+        DB_LOG_AS(kError, "init_database", "the encryption version cannot be loaded\n");
+}
+
+// A new database from the record, into which the old one is loaded first where it can be.
+int db_get_param_from_devcfg() {
+    if (get_db_handle() != nullptr)
+        load_all();
+    switch (rebuild_from_record(kCurrentVersion)) {
+        case Rebuilt::complete:
+            return 0;
+        case Rebuilt::not_created:
+        case Rebuilt::not_opened:
+            DB_LOG(kError, "%s db_open(%s) failed...\n", "db_get_param_from_devcfg", get_db_path());
+            return -1;
+        case Rebuilt::not_filled:
+        case Rebuilt::not_stamped:
+            break;
+    }
+    DB_LOG(kError, "set_alldata_to_db error\n");
+    return -1;
+}
+
+int patch(int version) {
+    const ChainEnd end = run_patch_chain(version);
+    if (end.complete())
+        return 0;
+    log_operation("Db patch[%d->%d] failed[%d].Need reconstruct.\n", major_of(version), kCurrentMajor,
+                  major_of(end.version));
+    DB_LOG_AS(kError, "db_getdata_byversion", "patch database failed, reconstruct it!\n");
+    if (db_reconstruct() == 0)
+        return 0;
+    log_operation("db_reconstruct failed.\n");
+    DB_LOG_AS(kError, "db_getdata_byversion", "db_reconstruct failed\n");
+    return -1;
+}
+
+// ------------------------------------------------------------------------------------- the tree
+
+// From the condition of the two files to a loaded record and a database of a known version.  0 when that is reached.
+int start_by_condition() {
+    const int condition = pending == Pending::new_database
+                              ? kUnrepairable
+                              : db_checkandrecovery(get_db_path(), get_db_backup_path());
+    if (condition == kUnrepairable) {
+        if (pending != Pending::new_database) {
+            const Salvage salvage(get_db_path());
+            DB_LOG_AS(kInfo, "init_database", "====totally restore default param====\n");
+            salvage.restore();
+        }
+        pending = Pending::new_database;
+        const int result = db_getdata_byversion(kVersionUnreadable);
+        pending = result == 0 ? Pending::nothing : Pending::new_database;
+        return result;
+    }
+    pending = Pending::nothing;
+    set_db_handle(db_open(get_db_path()));  // healthy, restored, without key rows; or missing or empty
+    if (get_db_handle() == nullptr) {
+        DB_LOG_AS(kError, "init_database", "the database %s cannot be opened\n", get_db_path());
         return -1;
     }
-    set_db_handle(db_open(get_db_path()));
-    if (get_db_handle() != nullptr)
-        return load_database(kLockAttempts);
-    DB_LOG_AS(kError, "init_database", "the database %s cannot be opened\n", get_db_path());
-    return -1;
+    const int version = db_get_version(get_db_handle());
+    DB_LOG_AS(kError, "init_database", "db version = %d\n", version);
+    load_encryption_word(version);
+    return db_getdata_byversion(version);
+}
+
+// ------------------------------------------------------------------------------------- behind the tree
+
+// Texts under the scheme that is bound to the network address are stored anew under the default one, all or none.
+void renew_encryption() {
+    const uint32_t old = get_db_enc_version();
+    if (old >> 8 != kSchemeNetworkAddress)
+        return;
+    std::puts("\n\n db_enc_version == 1.0.0, should update");
+    const dbshell::Table* const word = &dbshell::encryption_word_table();
+    set_db_enc_version(kDefaultVersion);
+    Work work;
+    if (work.begin({&word, 1}) && work.commit())
+        return;
+    DB_LOG_AS(kError, "init_database", "the texts stay encrypted under %u\n", old);
+    set_db_enc_version(old);
+}
+
+void refuse_newer_encryption() {
+    const uint32_t word = get_db_enc_version();
+    if (word >> 8 <= kSchemeDefault)
+        return;
+    DB_LOG_AS(kError, "init_database",
+              "Db encrypt version is decreased, should restore the default parameters. "
+              "db_version:[%u], cur_version[%u]\n",
+              word >> 8, kSchemeDefault);
+    UserEntry& administrator = get_cfg_param()->users.sec_user[0];
+    std::memset(administrator.username, 0, sizeof administrator.username);
+    std::memset(administrator.passwd, 0, sizeof administrator.passwd);
+    std::strcpy(administrator.username, "admin");
+    std::strcpy(administrator.passwd, "58213");
+}
+
+void refresh_backup() {
+    if (check_file_equal(get_db_path(), get_db_backup_path()) == 1)
+        return;
+    DB_LOG_AS(kError, "init_database", "ipc_db_backup need backup.\n");
+    if (copy_file(get_db_backup_path(), get_db_path()) != 0)
+        DB_LOG_AS(kError, "init_database", "the backup is not refreshed\n");
+}
+
+// The main application's own files of an older release.
+void remove_old_files() {
+    for (const char* file : {"/velmora/devCfg.bin", "/velmora/devCfg_backup.bin"})
+        std::remove(device_path(file).c_str());
+}
+
+int start(int lock_attempts) {
+    db_handle db = release_db_handle();
+    db_close(&db);
+    if (pending != Pending::new_database && is_held(lock_attempts)) {
+        DB_LOG_AS(kError, "init_database", "the database %s is held by another process\n", get_db_path());
+        pending = Pending::start;
+        return -1;
+    }
+    const int result = start_by_condition();
+    if (pending != Pending::nothing)
+        return result;
+    // The texts first: the backup has what a start ends with.
+    renew_encryption();
+    if (result == 0)
+        refresh_backup();
+    refuse_newer_encryption();
+    return result;
 }
 
 }  // namespace
 
+int db_getdata_byversion(int version) {
+    if (version <= 0) {
+        DB_LOG(kInfo, "try to read param from cfg file to db\n");
+        log_operation("Db version is %d,Read from cfg\n", version);
+        return db_get_param_from_devcfg();
+    }
+    if (store_old_version(version) != 0)
+        DB_LOG(kError, "old_version is not stored\n");
+    const int major = major_of(version);
+    if (major >= kCurrentMajor) {
+        DB_LOG(kInfo, "Direct read from the database\n");
+        load_all();
+        adapt_db(get_db_handle());
+        return 0;
+    }
+    if (major >= kLowestPatchableMajor) {
+        DB_LOG(kInfo, "The database need patch up\n");
+        load_all();
+        adapt_db(get_db_handle());
+        return patch(version);
+    }
+    DB_LOG(kError, "  read param and restore database\n");
+    load_all();
+    if (db_reconstruct() == 0)
+        return 0;
+    DB_LOG(kError, "db_reconstruct failed\n");
+    return -1;
+}
+
+void adapt_db(db_handle db) {
+    constexpr struct {
+        const char *table, *column;
+    } kAdded[] = {
+        {"ipdome_osdparam_table", "pt_mode"},
+        {"revise_gps_param_config", "revise_mode"},
+        {"intelligent_face_detect_config", "byBackgroundPic"},
+        {"ntp_config_info", "satellite_interval"},
+    };
+    constexpr const char* kEmptied = "intelligent_colour_config";
+    const auto is_empty = [&] {
+        int rows = -1;
+        const std::string count = std::string("select count(*) from ") + kEmptied + ";";
+        bool complete = db_query_row_num(db, count.c_str(), &rows) == 0 && rows == 0;
+        for (const CreatedColumn& column : created_table(kEmptied)->columns)
+            complete = complete && check_column_exist(db, kEmptied, std::string(column.name).c_str()) == 1;
+        return complete;
+    };
+    if (db_begin() != 0)
+        return;
+    int result = 0;
+    for (const auto& added : kAdded)
+        result |= add_column(db, added.table, added.column, "int");
+    // A table that is empty already is not written again.
+    if (!is_empty()) {
+        if (delete_table(db, (std::string("drop table ") + kEmptied + ";").c_str()) != 0)
+            DB_LOG(kError, "%s was not there\n", kEmptied);
+        result |= add_table(db, std::string(created_table(kEmptied)->statement).c_str());
+    }
+    if (result == 0 && db_commit() == 0)
+        return;
+    DB_LOG(kError, "%s alter db error\n", "adapt_db");
+    db_rollback();
+}
+
 int init_database() {
-    const int result = open_and_load();
+    const DeviceQueries queries;
+    init_tables_fun();
+    int result = -1;
+    pending = Pending::nothing;
+    if (closing_flag)
+        DB_LOG(kInfo, "the database was closed before it was opened\n");
+    else
+        result = start(kLockAttempts);
+    remove_old_files();
     database_started = true;
     return result;
 }
 
 bool was_load_pending() {
-    const bool was_pending = load_pending;
-    if (was_pending && get_db_handle() != nullptr)
-        load_database(1);
+    const bool was_pending = pending != Pending::nothing;
+    if (was_pending && !closing_flag && start(1) != 0)
+        DB_LOG(kError, "the database is still not started\n");
     return was_pending;
 }

@@ -27,6 +27,10 @@ bool holds_version(const Table& table) {
     return table.encryption_word;
 }
 
+bool any_of(TableSpan tables, bool (*is)(const Table&)) {
+    return std::any_of(tables.begin(), tables.end(), [&](const Table* t) { return is(*t); });
+}
+
 // The word that the database's texts are encrypted under, where it holds one; empty when it cannot be told now.
 struct StoredVersion {
     bool there;
@@ -97,26 +101,23 @@ bool Work::begin_to_load() {
     return open_ ? settle_version({}) : is_closed();
 }
 
-bool Work::begin_anew() {
+bool Work::begin_anew(TableSpan stores) {
     open_ = db_begin() == 0;
     const auto stored = open_ ? stored_version() : std::nullopt;
     if (!stored)
         return false;
+    stores_version_ = any_of(stores, holds_version);
     const uint32_t recorded = get_db_enc_version();
-    stores_version_ = true;
     version_.emplace(recorded != 0 ? recorded : stored->version);
     set_db_enc_version(version_->version());
     return true;
 }
 
 bool Work::settle_version(TableSpan stores) {
-    const auto any_of = [&](bool (*is)(const Table&)) {
-        return std::any_of(stores.begin(), stores.end(), [&](const Table* t) { return is(*t); });
-    };
-    stores_version_ = any_of(holds_version);
+    stores_version_ = any_of(stores, holds_version);
     const auto stored = stored_version();
     if (!stored) {
-        const bool needed = stores_version_ || any_of(has_encrypted_columns);
+        const bool needed = stores_version_ || any_of(stores, has_encrypted_columns);
         failed_table_ = needed ? encryption_word_table().number : 0;
         return !needed;
     }

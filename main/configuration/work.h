@@ -41,8 +41,8 @@ class Work {
     // With an exclusive lock, which six attempts may have to wait for.
     [[nodiscard]] bool begin_exclusive(TableSpan stores);
     [[nodiscard]] bool begin_to_load();
-    // Every table will be made anew, under the record's word where it has one.
-    [[nodiscard]] bool begin_anew();
+    // The tables will be made anew in an empty database, under the record's word where it has one.
+    [[nodiscard]] bool begin_anew(TableSpan stores);
 
     // After a begin that was false: it was the lock.
     [[nodiscard]] bool is_locked_out() const { return !open_; }

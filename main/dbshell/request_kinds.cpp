@@ -303,7 +303,7 @@ bool are_available(std::initializer_list<const char*> functions) {
 
 bool is_available(const RequestKind& kind) {
     if (kind.run == Run::special)
-        return kind.number != EN_RESET_ALL_FACTORY_PARA && kind.number != EN_RESET_FACTORY_PARA_MODE2;
+        return true;
     if (kind.run == Run::single_table) {
         const Table* table = table_by_number(kind.table);
         return table != nullptr && table->has_registry_set();

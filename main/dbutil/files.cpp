@@ -2,6 +2,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -45,12 +46,33 @@ uint32_t block_sum(const Block& block, std::size_t length) {
     return sum;
 }
 
-bool sync_path(const std::string& path) {
-    const unique_fd file = open_to_read(path.c_str());
-    return file && fsync(file.get()) == 0;
+// All of `from` behind what `to` holds; false when it changed its size meanwhile.
+bool append_content(const unique_fd& to, const unique_fd& from) {
+    std::array<char, 8192> block;
+    const off_t size = size_of(from);
+    off_t copied = 0;
+    for (;;) {
+        const ssize_t n = pread(from.get(), block.data(), block.size(), copied);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return n == 0 && copied == size;
+        if (write(to.get(), block.data(), static_cast<std::size_t>(n)) != n)
+            return false;
+        copied += n;
+    }
 }
 
 }  // namespace
+
+bool sync_file(const char* path) {
+    const unique_fd file = open_to_read(path);
+    return file && fsync(file.get()) == 0;
+}
+
+bool sync_folder_of(const char* path) {
+    return sync_file(std::filesystem::path(path).parent_path().c_str());
+}
 
 int check_file_exist(const char* path) {
     return path != nullptr && access(path, R_OK | W_OK) == 0 ? 0 : -1;
@@ -100,9 +122,35 @@ bool remove_journal(const char* path) {
 }
 
 bool replace_file(const char* from, const char* to) {
-    const std::string folder = std::filesystem::path(to).parent_path();
-    if (sync_path(from) && remove_journal(to) && std::rename(from, to) == 0 && sync_path(folder))
+    if (sync_file(from) && remove_journal(to) && std::rename(from, to) == 0 && sync_folder_of(to))
         return true;
     DB_LOG(kError, "%s cannot take the place of %s, errno = %d\n", from, to, errno);
     return false;
+}
+
+NewFile::NewFile(const char* place) : place_(place), path_(place_ + ".new") {
+    remove();
+}
+
+NewFile::~NewFile() {
+    remove();
+}
+
+void NewFile::remove() const {
+    if ((std::remove(path()) != 0 && errno != ENOENT) || !remove_journal(path()))
+        DB_LOG_AS(kError, "NewFile", "%s cannot be removed, errno = %d\n", path(), errno);
+}
+
+int copy_file(const char* to, const char* from) {
+    constexpr mode_t kMode = 0644;
+    if (to == nullptr || from == nullptr)
+        return -1;
+    const unique_fd source = open_to_read(from);
+    if (!source)
+        return -1;
+    NewFile next(to);
+    unique_fd copy(open(next.path(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, kMode));
+    const bool whole =
+        copy && fchmod(copy.get(), kMode) == 0 && append_content(copy, source) && fdatasync(copy.get()) == 0;
+    return whole && close(copy.release()) == 0 && next.take_place() ? 0 : -1;
 }

@@ -8,6 +8,7 @@
 #include <memory>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include "device_paths.h"
 #include "files.h"
@@ -89,6 +90,11 @@ void set_db_handle(db_handle db) {
     if (process_handle != nullptr)
         db_close(&process_handle);
     process_handle = db;
+}
+
+db_handle release_db_handle() {
+    prepared.clear();
+    return std::exchange(process_handle, nullptr);
 }
 
 db_handle db_open(const char* path) {

@@ -28,6 +28,9 @@ db_handle get_db_handle();
 // Installs a handle; null leaves the old one.  A handle that it replaces is disconnected.
 void set_db_handle(db_handle db);
 
+// Gives the handle up without closing it: the caller owns it, and the process has none.  Null: there was none.
+[[nodiscard]] db_handle release_db_handle();
+
 // Opens a database file for this system.  Tries twice, half a second apart; null on failure.
 [[nodiscard]] db_handle db_open(const char* path);
 

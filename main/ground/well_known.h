@@ -12,6 +12,8 @@ inline constexpr key_t kDefaultsKey = 0x44425351;  // raised by the main applica
 
 inline constexpr const char* kDatabaseFile = "/devinfo/ipc_db";
 inline constexpr const char* kDatabaseBackupFile = "/devinfo/ipc_db_backup";
+// A database in which one of these has no rows is broken: the device could not be reached.
+inline constexpr const char* kKeyTables[] = {"netconfig_table", "ipaddr_list", "local_port_list"};
 inline constexpr const char* kOperationLogFile = "/devinfo/db_op_info.log";
 inline constexpr const char* kLaneParameterFile = "/devinfo/customcfg.bin";  // from the factory
 

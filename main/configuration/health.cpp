@@ -1,0 +1,156 @@
+#include "health.h"
+
+#include <errno.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <set>
+#include <string>
+
+#include "device_db.h"
+#include "files.h"
+#include "log.h"
+#include "operation_log.h"
+#include "store.h"
+#include "well_known.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "main/dbutil.c";
+
+// The messages take the path; those of a missing file errno, too.
+struct Finding {
+    int code;
+    const char* message;
+    const char* record;
+};
+constexpr Finding kFindings[] = {
+    {kFileMissing, "db %s does not exist--errno = %d\n", "[%s]not exist[%d]\n"},
+    {kFileEmpty, "db %s is empty\n", "[%s]is empty\n"},
+    {kUnrepairable, "db %s format is wrong\n", "[%s]format err\n"},
+    {kKeyRowsMissing, "db %s data is empty\n", "[%s]key data empty\n"},
+};
+
+// ------------------------------------------------------------------------------------- dump and reload
+
+constexpr const char* kDumpFile = "ex1.dump.gz";
+constexpr const char* kDump = "echo '.dump' | sqlite3 %s | gzip -c >ex1.dump.gz";
+constexpr const char* kReload = "zcat ex1.dump.gz | sqlite3 %s";
+
+// Runs a command on a path.  False also when the path does not fit, or the shell would not take it as it stands.
+bool run(const char* command, const char* path) {
+    constexpr std::string_view kPlain =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_./+:@%,-";
+    char text[128];
+    const bool fits = std::snprintf(text, sizeof text, command, path) < static_cast<int>(sizeof text);
+    if (fits && std::string_view(path).find_first_not_of(kPlain) == std::string_view::npos && *path == '/')
+        return std::system(text) == 0;
+    DB_LOG_AS(kError, "db_isok", "%s is no name for a command\n", path);
+    return false;
+}
+
+// A dump that met damage ends in a ROLLBACK, a dump that was cut in anything.
+bool is_dump_whole() {
+    FILE* const dump = popen((std::string("zcat ") + kDumpFile).c_str(), "r");
+    if (dump == nullptr)
+        return false;
+    std::string line;
+    for (std::array<char, 4096> chunk; std::fgets(chunk.data(), chunk.size(), dump) != nullptr;) {
+        if (line.ends_with('\n'))
+            line.clear();
+        line += chunk.data();
+    }
+    return pclose(dump) == 0 && line == "COMMIT;\n";
+}
+
+std::set<std::string> table_names(const char* path) {
+    std::set<std::string> names;
+    db_cursor cursor;
+    db_handle db = db_connect(0, path, 0, 0);
+    if (db_query_open_v2(db, "select name from sqlite_master where type = 'table';", &cursor) == 0)
+        for (int i = 0; i < db_query_rec_count_v2(&cursor); ++i)
+            if (const char* name = db_query_fields_v2(&cursor, "name", i))
+                names.insert(name);
+    db_disconnect(db);
+    return names;
+}
+
+// Gives the reloaded file this system's page size.
+bool settle_pages(const char* path) {
+    db_handle db = db_open(path);
+    const int rc = db == nullptr ? SQLITE_CANTOPEN : db_execsql(db, "vacuum;");
+    db_close(&db);
+    return rc == 0;
+}
+
+// A reload that ran out of space loses the tables that it had made before.
+bool has_all_tables(const char* reloaded, const char* original) {
+    const auto names = table_names(reloaded);
+    return !names.empty() && names == table_names(original);
+}
+
+bool repair(const char* path) {
+    DB_LOG_AS(kError, "db_isok", "try to restore database %s\n", path);
+    NewFile next(path);
+    return (std::remove(kDumpFile) == 0 || errno == ENOENT) && run(kDump, path) && is_dump_whole() &&
+           run(kReload, next.path()) && settle_pages(next.path()) &&
+           check_inactive_db_integrity(next.path()) == 0 && has_all_tables(next.path(), path) &&
+           next.take_place();
+}
+
+// ------------------------------------------------------------------------------------- key rows
+
+// What another process's lock hides is not missing.
+bool has_rows(db_handle db, const char* table) {
+    db_cursor cursor;
+    const std::string count = std::string("select count(*) from ") + table + ";";
+    const int rc = db_query_open_v2(db, count.c_str(), &cursor);
+    return rc == SQLITE_BUSY || rc == SQLITE_LOCKED || (rc == SQLITE_OK && db_query_table_rows(&cursor) > 0);
+}
+
+bool has_key_rows(const char* path) {
+    db_handle db = db_open(path);
+    if (db == nullptr) {
+        std::puts("db open failed!");
+        return false;
+    }
+    bool all = true;
+    for (const char* table : kKeyTables)
+        all = has_rows(db, table) && all;
+    db_close(&db);
+    return all;
+}
+
+// The code of the first thing that is wrong; 0.
+int examine(const char* path) {
+    if (check_file_exist(path) != 0)
+        return kFileMissing;
+    if (check_file_not_empty(path) != 0)
+        return kFileEmpty;
+    if (check_inactive_db_integrity(path) < 0 && !repair(path))
+        return kUnrepairable;
+    return has_key_rows(path) ? 0 : kKeyRowsMissing;
+}
+
+}  // namespace
+
+int db_isok(const char* path, int* code) {
+    if (path == nullptr || code == nullptr) {
+        DB_LOG(kError, "db_isok param is null.\n");
+        return -1;
+    }
+    const int found = examine(path);
+    const int error = errno;
+    for (const Finding& finding : kFindings)
+        if (finding.code == found) {
+            DB_LOG(kError, finding.message, path, error);
+            log_operation(finding.record, path, error);
+            *code = found;
+            return -1;
+        }
+    return 0;
+}
