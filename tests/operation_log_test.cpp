@@ -1,6 +1,8 @@
 // The operation log file, and the small queries beside it.
 #include "operation_log.h"
 
+#include <regex>
+
 #include "core_fixture.h"
 #include "operation_log_format.h"
 
@@ -97,6 +99,34 @@ TEST_F(OperationLog, LongRecordIsCutAndStaysALine) {
     log_operation("%s\n", std::string(600, 'x').c_str());
     log_operation("next\n");
     EXPECT_THAT(operation_log(), HasSubstr("xx\n["));
+}
+
+// Whatever the sources write into the log is explained by dbctl, and on the page for the field.
+TEST_F(OperationLog, EveryLineIsExplained) {
+    const std::string page = content(SOURCE_DIR "/docs/field-log.md");
+    std::set<std::string> lines;
+    const std::regex written("log_operation\\(\"([^\"]+)\"|\"(\\[%s\\][^\"]+)\"");
+    for (const char* folder : {"/main", "/uni_process"})
+        for (const auto& file :
+             std::filesystem::recursive_directory_iterator(SOURCE_DIR + std::string(folder))) {
+            if (file.path().extension() != ".cpp")
+                continue;
+            const std::string source = content(file.path());
+            for (std::sregex_iterator m(source.begin(), source.end(), written), end; m != end; ++m)
+                lines.insert((*m)[1].str() + (*m)[2].str());
+        }
+    EXPECT_EQ(lines.size(), 14u);
+    for (const std::string& line : lines) {
+        EXPECT_NE(log_meaning(line), "") << line;
+        // Its words between what is printed into it.
+        const std::string words = std::regex_replace(line, std::regex("%[ds]|\\\\n"), "\n");
+        std::istringstream parts(words);
+        for (std::string part; std::getline(parts, part);)
+            if (part.size() > 2) {
+                EXPECT_NE(page.find(part), page.npos) << part << " of " << line;
+            }
+    }
+    EXPECT_EQ(log_meaning("another"), "");
 }
 
 TEST_F(OperationLog, PictureHeightsFollowTheVideoStandard) {

@@ -1,6 +1,52 @@
 // Power cuts: every write, truncation, sync and unlink that saves make is recorded; then the power goes after each of them, with
 // what was not synced dropped, kept or torn, and the database is opened again.  Nothing acknowledged may be missing.
+// Kills: a start or a reset is killed at one system call after another; the next start finds the old or the new.
 #include "core_fixture.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "reset.h"
+
+namespace {
+
+// The process that has armed this is killed at the n-th system call that changes what the storage holds.  Of the many
+// writes every 150th counts.
+int calls_to_live = 0;
+int writes = 0;
+
+void count_call() {
+    if (calls_to_live > 0 && --calls_to_live == 0)
+        kill(getpid(), SIGKILL);
+}
+
+}  // namespace
+
+// In the place of the C library's.
+int fsync(int fd) {
+    count_call();
+    return static_cast<int>(syscall(SYS_fsync, fd));
+}
+int fdatasync(int fd) {
+    count_call();
+    return static_cast<int>(syscall(SYS_fdatasync, fd));
+}
+int rename(const char* from, const char* to) noexcept {
+    count_call();
+    return static_cast<int>(syscall(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to));
+}
+int unlink(const char* path) noexcept {
+    count_call();
+    return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+ssize_t pwrite64(int fd, const void* data, size_t size, off64_t at) {
+    if (calls_to_live > 0 && ++writes % 150 == 0)
+        count_call();
+    return syscall(SYS_pwrite64, fd, data, size, at);
+}
 
 namespace {
 
@@ -196,6 +242,112 @@ TEST_F(PowerCut, LosesNothingThatWasAcknowledged) {
         }
     }
     RecordProperty("states", states);
+}
+
+// What a kill leaves is the old database or the new one; and the next start ends where it would have without the kill.
+class Killed : public Core {
+  protected:
+    // The calls after which `work` was killed in a process of its own, from the first to the one that it survived; `check`
+    // follows each, and is told whether it did.
+    static void at_every_call(const std::function<void()>& prepare, const std::function<void()>& work,
+                              const std::function<void(bool)>& check) {
+        for (int n = 1;; ++n) {
+            SCOPED_TRACE("killed at call " + std::to_string(n));
+            prepare();
+            const pid_t child = fork();
+            if (child == 0) {
+                alarm(60);
+                calls_to_live = n;
+                work();
+                _exit(0);
+            }
+            int status = 0;
+            waitpid(child, &status, 0);
+            const bool survived = WIFEXITED(status);
+            EXPECT_TRUE(survived || (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL)) << status;
+            check(survived);
+            if (survived || HasFailure()) {
+                EXPECT_GT(n, 5);
+                return;
+            }
+        }
+    }
+    std::string database(const char* name, int version) {
+        fresh_database();
+        std::strcpy(r_.channel[0].name, name);
+        r_.device.dev_info.dev_type = 7;
+        save_all();
+        EXPECT_EQ(db_update_version(version, get_db_handle()), 0);
+        close_database();
+        return content(get_db_path());
+    }
+    void start() {
+        closing_flag = false;
+        close_database();
+        wipe();
+        std::strcpy(r_.channel[0].name, "default");
+        EXPECT_EQ(init_database(), 0);
+        for (const auto& entry : std::filesystem::directory_iterator(path("")))
+            EXPECT_NE(entry.path().extension(), ".new");
+        EXPECT_EQ(query("pragma integrity_check"), "ok");
+        EXPECT_EQ(query("select name from chn_info"), r_.channel[0].name);
+        EXPECT_EQ(query("select count(*) from sqlite_master where type = 'table'"), "251");
+    }
+    static void put(const std::string& file, const std::string& bytes) {
+        std::filesystem::remove(file);
+        std::filesystem::remove(file + "-journal");
+        if (!bytes.empty())
+            write_file(file, bytes);
+    }
+};
+
+TEST_F(Killed, StartEndsAsItWouldHave) {
+    const std::string current = database("gate", kCurrentVersion), old = database("gate", 1000 << 8),
+                      none = database("gate", 0), damaged(3000, 'x');
+    const struct {
+        std::string main, backup;
+        const char *name, *versions;
+    } cases[] = {
+        {"", "", "default", "302080"},        {damaged, "", "default", "302080"},
+        {damaged, current, "gate", "302080"}, {old, "", "gate", "299264"},
+        {none, "", "gate", "302080"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.versions + std::to_string(c.main.size()));
+        at_every_call(
+            [&] {
+                close_database();
+                put(get_db_path(), c.main);
+                put(get_db_backup_path(), c.backup);
+            },
+            [&] { start(); },
+            [&](bool) {
+                start();
+                EXPECT_STREQ(r_.channel[0].name, c.name);
+                EXPECT_EQ(query("select version from db_version"), c.versions);
+            });
+    }
+}
+
+TEST_F(Killed, ResetLeavesTheOldOrTheNew) {
+    const std::string before = database("gate", kCurrentVersion);
+    for (const int mode : {kResetAll, kResetKeepingAccess})
+        at_every_call(
+            [&] {
+                close_database();
+                put(get_db_path(), before);
+                put(get_db_backup_path(), before);
+                std::strcpy(r_.channel[0].name, "gate");
+                r_.device.dev_info.dev_type = 7;
+            },
+            [&] { _exit(set_system_default_param(mode) == 0 ? 0 : 1); },
+            [&](bool acknowledged) {
+                const bool is_old = content(get_db_path()) == before;
+                EXPECT_FALSE(acknowledged && is_old);
+                start();
+                EXPECT_STREQ(r_.channel[0].name, is_old ? "gate" : "default");
+                EXPECT_EQ(r_.device.dev_info.dev_type, 7);
+            });
 }
 
 }  // namespace

@@ -433,6 +433,48 @@ TEST_F(System, StoredValuesSurviveAWipedRecord) {
     expect({{"get chn_info.name", 0, "North gate\n"}});
 }
 
+TEST_F(System, HealsItselfAndTellsSo) {
+    expect({{"health", 1}});  // nothing is there yet
+    start_system();
+    bool backs_up = false;  // the thread has been started
+    for (int attempt = 0; !backs_up && attempt < 1000; ++attempt) {
+        for (const auto& task :
+             std::filesystem::directory_iterator("/proc/" + std::to_string(service_) + "/task")) {
+            std::string name;
+            std::getline(std::ifstream(task.path() / "comm"), name);
+            backs_up = backs_up || name == "ipc_backup_cfg";
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(backs_up);
+    expect({{"set chn_info.name 'North gate'", 0},
+            {"call EN_UPDATE_ONE_TABLE_RECORD --table chn_info", 0, "0\n"}});
+    stop_system();
+    start_system();  // refreshes the backup
+    expect({{"health", 0}});
+    stop_system();
+    const std::string database = root_ + "/devinfo/ipc_db";
+    std::ofstream(database) << "no database";
+    const Ran broken = dbctl("health --json");
+    EXPECT_EQ(broken.status, 1);
+    EXPECT_EQ(Json::parse(broken.output)["problems"], Json({"main is damaged"}));
+    start_system();
+    expect({{"get chn_info.name", 0, "North gate\n"}});
+    const Ran healed = dbctl("health --json");
+    EXPECT_EQ(healed.status, 0);
+    const Json health = Json::parse(healed.output);
+    EXPECT_EQ(health["main"]["version"], 1180);
+    EXPECT_EQ(health["main"]["key_rows"], health["backup"]["key_rows"]);
+    EXPECT_EQ(health["log"].back()["message"], "Main Db is broken");
+
+    expect({{"call EN_RESET_ALL_FACTORY_PARA", 0, "0\n"},
+            {"call EN_UPDATE_ONE_TABLE_RECORD --table chn_info", 1},
+            {"health --plain", 1}});
+    stop_system();
+    start_system();
+    expect({{"get chn_info.name", 0, "\n"}, {"health", 0}});
+}
+
 TEST_F(System, SecondMainApplicationLeavesTheRecordAlone) {
     start_system();
     expect({{"set chn_info.name kept", 0}});

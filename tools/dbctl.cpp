@@ -28,7 +28,7 @@ constexpr const char* kFooter =
     "\n"
     "Exit status:\n"
     "  0  done; a reply was not negative, or there is none\n"
-    "  1  the reply was negative, or a file cannot be read\n"
+    "  1  the reply was negative, a file cannot be read, or `health` found something wrong\n"
     "  2  wrong usage, or a value that does not fit\n"
     "  3  no such table, field or request kind\n"
     "  5  the service or the shared record cannot be reached\n"
@@ -47,6 +47,7 @@ int run(int argc, char** argv) {
     add_service_commands(app, exit_status);
     add_record_commands(app);
     add_log_command(app);
+    add_health_command(app, exit_status);
     app.footer(kFooter);  // not the commands'
     try {
         app.parse(argc, argv);

@@ -13,21 +13,29 @@
 
 namespace {
 
-void add_records(std::string_view text, TextTable& table) {
+void add_records(std::string_view text, TextTable& table, bool explained) {
+    const auto add = [&](Json time, std::string_view message) {
+        std::vector<Json> row{std::move(time), escaped(message)};
+        if (explained)
+            row.emplace_back(log_meaning(message));
+        table.add(std::move(row));
+    };
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
-        if (const auto record = log_record(line)) {
-            table.add({escaped(record->time), escaped(record->text)});
-        } else if (!line.empty()) {
-            table.add({nullptr, escaped(line)});
-        }
+        if (const auto record = log_record(line))
+            add(escaped(record->time), record->text);
+        else if (!line.empty())
+            add(nullptr, line);
     }
 }
 
-void print_log(const Output& out) {
+}  // namespace
+
+TextTable operation_log(bool explained) {
     const std::string path = device_path(kOperationLogFile);
-    TextTable table({"time", "message"});
+    TextTable table(explained ? std::vector<std::string>{"time", "message", "meaning"}
+                              : std::vector<std::string>{"time", "message"});
     std::ifstream file(path, std::ios::binary);
     if (file) {
         const std::string content{std::istreambuf_iterator<char>(file), {}};
@@ -41,19 +49,17 @@ void print_log(const Output& out) {
         std::string_view older = all.substr(position);
         while (!older.empty() && !log_record(older.substr(0, older.find('\n'))))
             older.remove_prefix(std::min(older.find('\n'), older.size() - 1) + 1);
-        add_records(older, table);
-        add_records(all.substr(kLogHeaderSize, position - kLogHeaderSize), table);
+        add_records(older, table, explained);
+        add_records(all.substr(kLogHeaderSize, position - kLogHeaderSize), table, explained);
     } else if (std::filesystem::exists(path)) {
         throw Failure(kNegativeReply, path + " cannot be read");
     }
-    table.print(out);
+    return table;
 }
-
-}  // namespace
 
 void add_log_command(CLI::App& app) {
     auto* const log = app.add_subcommand("log", "show the operation log, the oldest record first");
     const auto out = std::make_shared<Output>();
     add_format_options(*log, *out);
-    log->callback([out] { print_log(*out); });
+    log->callback([out] { operation_log(false).print(*out); });
 }

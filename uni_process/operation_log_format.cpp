@@ -10,7 +10,34 @@ constexpr std::string_view kPositionName = "LOG_LAST_WRITE_POS";  // a colon and
 constexpr std::size_t kPositionDigits = 4;
 constexpr std::string_view kTimeForm = "[0000-00-00 00:00:00]";  // a digit for each 0
 
+// By a part that no other record has.
+struct Meaning {
+    std::string_view part, sentence;
+};
+constexpr Meaning kMeanings[] = {
+    {"]not exist[", "the file is missing, or cannot be read and written; the number is errno"},
+    {"]is empty", "the file has no content, or cannot be opened"},
+    {"]format err", "the file is damaged and could not be repaired by a dump and reload"},
+    {"]key data empty", "the file has no network settings: a table of them has no rows or is missing"},
+    {"Main Db is broken", "the start found the main database broken, and looked at the backup"},
+    {"db_restore failed", "the backup could not stand in for the main database"},
+    {"Db version is ", "the database had no usable version and was made anew from the record"},
+    {"Db patch[", "the upgrade stopped at the version in the second bracket; the database was made anew"},
+    {"db_reconstruct.Open ", "the new database could not take the old one's place, which stays"},
+    {"db_reconstruct.set_alldata_to_db failed", "the new database could not be filled; the old one stays"},
+    {"db_reconstruct.db_update_version failed", "the new database could not be stamped; the old one stays"},
+    {"db_reconstruct failed.", "the database that could not be upgraded could not be made anew either"},
+    {"create table[", "a table of a new database could not be made"},
+    {"tables_fun[", "a table could not be stored, so that a store of everything was rolled back"},
+};
+
 }  // namespace
+
+std::string_view log_meaning(std::string_view text) {
+    const auto found = std::find_if(std::begin(kMeanings), std::end(kMeanings),
+                                    [&](const Meaning& m) { return text.find(m.part) != text.npos; });
+    return found == std::end(kMeanings) ? std::string_view{} : found->sentence;
+}
 
 std::array<std::string, 3> log_header_lines(int total_length, int position) {
     return {"***DB_LOG_INFO***\n", "LOG_TOTAL_LEN:" + std::to_string(total_length) + "\n",

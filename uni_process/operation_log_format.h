@@ -34,4 +34,7 @@ struct LogRecord {
 // Empty: the line has no time, so it is no record or has lost its beginning.
 [[nodiscard]] std::optional<LogRecord> log_record(std::string_view line);
 
+// What a record's text tells, in a sentence for the field; docs/field-log.md says more.  Empty: it is not known.
+[[nodiscard]] std::string_view log_meaning(std::string_view text);
+
 #endif

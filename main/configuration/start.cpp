@@ -207,6 +207,8 @@ int start(int lock_attempts) {
         pending = Pending::start;
         return -1;
     }
+    for (const char* file : {get_db_path(), get_db_backup_path()})
+        const NewFile unfinished(file);  // of a start that a power cut ended
     const int result = start_by_condition();
     if (pending != Pending::nothing)
         return result;
