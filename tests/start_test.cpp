@@ -193,6 +193,9 @@ TEST_F(Start, EveryVersion) {
         {-7, "", kCurrentVersion, "Db version is -7,Read from cfg"},
         {packed(3), "", kRebuilt, nullptr},
         {packed(1100, 255), "", kRebuilt, nullptr},
+        {packed(1146, 5), "", packed(1169, 5), nullptr},
+        {packed(1153), "", kRebuilt, nullptr},
+        {packed(1168), "", kRebuilt, nullptr},
         {packed(1167, 1),
          "create trigger no_step before update on db_version when new.version <> old.version "
          "begin select raise(abort, 'test'); end;",

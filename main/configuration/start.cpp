@@ -79,12 +79,11 @@ void load_all() {
 // The record's word is the main application's until then.  Databases from before the field encryption hold none, and
 // plain texts.
 void load_encryption_word(int version) {
-    constexpr int kFirstEncryptedMajor = 1154;
     int rows = 0;
     const bool stored =
         db_query_row_num(get_db_handle(), "select count(*) from sec_lock_auth_db_info;", &rows) == 0 &&
         rows > 0;
-    if (!stored && version > 0 && major_of(version) < kFirstEncryptedMajor)
+    if (!stored && version > 0 && major_of(version) < kEncryptedMajor)
         set_db_enc_version(0);
     else if (dbshell::load_table(dbshell::encryption_word_table()) != 0)
         DB_LOG_AS(kError, "init_database", "the encryption version cannot be loaded\n");
