@@ -33,10 +33,16 @@ using Names = std::set<std::string_view>;
 void names_past_the_record(const TableNumbers& passed_over, Names& not_loaded, Names& not_stored) {
     Names stored;
     for (const Table* table : dbshell::all_tables()) {
-        if (table->number != 0 && passed_over.test(static_cast<std::size_t>(table->number)))
-            not_loaded.insert(table->name);
-        else if (table->has_registry_set())
-            stored.insert(table->name);
+        if (table->number == 0)
+            continue;
+        const bool passed = passed_over.test(static_cast<std::size_t>(table->number));
+        for (const Table* part = table; passed && part != nullptr; part = dbshell::next_loaded_part(*part))
+            not_loaded.insert(part->name);
+        for (const Table* part = table; part != nullptr; part = dbshell::next_saved_part(*part))
+            if (passed)
+                not_loaded.insert(part->name);
+            else if (table->has_registry_set())
+                stored.insert(part->name);
     }
     for (const CreatedTable& table : created_tables())
         if (!stored.contains(table.name) && !not_loaded.contains(table.name))

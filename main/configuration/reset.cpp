@@ -76,7 +76,7 @@ int save_tables(const std::vector<Kept>& kept) {
     int result = 0;
     for (const Kept& k : kept)
         if (k.save != nullptr)
-            result |= call_table_function(k.save, 0).value_or(-1);
+            result |= call_table_function(k.save, {}).value_or(-1);
     if (result != 0)
         DB_LOG_AS(kError, "set_system_default_param", "DB save failed...\n");
     return result;

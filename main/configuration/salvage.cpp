@@ -22,7 +22,7 @@ constexpr std::string_view kNetwork[] = {"db_get_netconfig",  "db_get_wep_encryp
                                          "db_get_local_port", "get_pppoe_param_from_db"};
 
 bool is_read(std::string_view function) {
-    return call_table_function(function, 0) == 0;
+    return call_table_function(function, {}) == 0;
 }
 
 // Loads go to this record while it stands in for the shared one.
@@ -59,7 +59,7 @@ void Salvage::restore() const {
     if (network_) {
         DB_LOG_AS(kWarning, "init_database", "Try to restore the network parameters\n");
         for (const std::string_view function : kNetwork)
-            for (const Table* t = find_function(function).table; t != nullptr; t = next_part(*t))
+            for (const Table* t = find_function(function).table; t != nullptr; t = next_loaded_part(*t))
                 for (const Cell& cell : cells_of_table(*t))
                     std::memcpy(reinterpret_cast<std::byte*>(record) + cell.offset,
                                 reinterpret_cast<const std::byte*>(read_.get()) + cell.offset,
