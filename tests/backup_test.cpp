@@ -76,6 +76,19 @@ TEST_F(BackupThread, WaitsForARecordThatKeepsChanging) {
     }
 }
 
+// What the main application is asked in one request is not taken for the next one's answer.
+TEST_F(BackupThread, RequestsDuringItsSleepAreEachOnTheirOwn) {
+    const int table = find_table("alarm_in_config")->number;
+    const auto save = [&](int inputs) {
+        hardware_count = inputs;
+        EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({table})), kStored);
+        EXPECT_EQ(query("select count(*) from alarm_in_config"), std::to_string(inputs));
+        change();
+    };
+    run({[&] { change(); }, [&] { save(4); }, [&] { save(6); }, nullptr, nullptr});
+    EXPECT_THAT(slept_, ElementsAre(600, 5, 5, 5, 600));
+}
+
 TEST_F(BackupThread, TriesAFailedBackupAgainAndKeepsTheOldOne) {
     write_file(backup_, "old");
     std::filesystem::create_directories(backup_ + ".new/full");

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 
-#include "DB_uni_process.h"
 #include "device_thread.h"
 #include "files.h"
 #include "log.h"
@@ -96,7 +95,6 @@ bool Backup::need_backup() {
 
 // The seconds until the next one.
 int Backup::cycle() {
-    const DeviceQueries queries;
     if (need_backup()) {
         std::puts("---------need_backup-----------------");
         last_backup_ok_ = backup_db_file();
