@@ -135,6 +135,7 @@ int start_by_condition() {
             DB_LOG_AS(kInfo, "init_database", "====totally restore default param====\n");
             salvage.restore();
         }
+        DB_LOG_AS(kError, "init_database", "db version = %d\n", kVersionUnreadable);
         pending = Pending::new_database;
         const int result = db_getdata_byversion(kVersionUnreadable);
         pending = result == 0 ? Pending::nothing : Pending::new_database;
