@@ -6,7 +6,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 class BackupThread : public Core {
   protected:

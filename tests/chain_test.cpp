@@ -42,7 +42,7 @@ std::vector<Column> additions_of(const ChainStep& step) {
             if (last == ':')
                 table = word;
             else
-                columns.push_back({table, word});
+                columns.emplace_back(table, word);
         }
     }
     return columns;

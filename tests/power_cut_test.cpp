@@ -25,7 +25,8 @@ void count_call() {
 
 }  // namespace
 
-// In the place of the C library's.
+// In the place of the C library's, which names its parameters as a program may not.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 int fsync(int fd) {
     count_call();
     return static_cast<int>(syscall(SYS_fsync, fd));
@@ -47,6 +48,7 @@ ssize_t pwrite64(int fd, const void* data, size_t size, off64_t at) {
         count_call();
     return syscall(SYS_pwrite64, fd, data, size, at);
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 namespace {
 

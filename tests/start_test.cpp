@@ -84,7 +84,7 @@ class Start : public Core {
         for (std::string line; std::getline(lines, line);) {
             line = line.substr(std::min(line.find("] ") + 2, line.size()));
             for (const auto& [file, word] : {std::pair{backup_, "backup"}, {main_, "main"}})
-                if (const auto at = line.find(file); at != line.npos)
+                if (const auto at = line.find(file); at != std::string::npos)
                     line.replace(at, file.size(), word);
             all.push_back(line);
         }
