@@ -35,7 +35,7 @@ constexpr Meaning kMeanings[] = {
 
 std::string_view log_meaning(std::string_view text) {
     const auto found = std::find_if(std::begin(kMeanings), std::end(kMeanings),
-                                    [&](const Meaning& m) { return text.find(m.part) != text.npos; });
+                                    [&](const Meaning& m) { return text.find(m.part) != std::string::npos; });
     return found == std::end(kMeanings) ? std::string_view{} : found->sentence;
 }
 
