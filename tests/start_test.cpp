@@ -370,6 +370,23 @@ TEST_F(Start, LosesNothingOfALockedDatabase) {
     EXPECT_EQ(name(), "gate");
 }
 
+// The lock comes when the start has found none and the files have been examined.
+TEST_F(Start, LockedLoadIsFollowedByNoStore) {
+    for (const int version : {0, packed(1000), packed(1168), kCurrentVersion}) {
+        SCOPED_TRACE(version);
+        write_file(main_, database("gate", version));
+        std::strcpy(r_.channel[0].name, "default");
+        set_db_handle(db_open(main_.c_str()));
+        auto locked = std::make_unique<Locked>();
+        EXPECT_EQ(db_getdata_byversion(version), -1);
+        locked.reset();
+        EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
+        EXPECT_EQ(name(), "gate");
+        EXPECT_EQ(query("select name from chn_info"), "gate");
+        EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
+    }
+}
+
 TEST_F(Start, GivenUpDatabaseThatCannotBeReplacedIsTriedAgain) {
     close_database();
     write_file(main_, "no database");

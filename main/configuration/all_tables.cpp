@@ -152,7 +152,7 @@ int get_alldata_from_db() {
     const Capabilities capabilities(kLoad);
     Work work;
     if (!work.begin_to_load())
-        return -1;
+        return kNothingLoaded;
     for (int t = 0; t < kTableNumbers; ++t)
         not_loaded.set(static_cast<std::size_t>(t), capabilities.closed_for(t) != nullptr);
     int result = 0;
@@ -170,11 +170,11 @@ int get_alldata_from_db() {
     return work.commit() || result != 0 ? result : -1;
 }
 
-void load_passed_over_tables() {
+bool load_passed_over_tables() {
     const Capabilities capabilities(kLoad);
     Work work;
     if (!work.begin_to_load())
-        return;
+        return false;
     for (int t = 1; t < kTableNumbers; ++t)
         if (capabilities.closed_for(t) != nullptr && tables_fun[t].get != nullptr &&
             work.load(tables_fun[t]) != 0)
@@ -182,6 +182,7 @@ void load_passed_over_tables() {
     static_cast<void>(work.commit());
 }
 
+    return true;
 int set_alldata_to_db() {
     if (makesure_database_exist() != 0 && get_db_handle() != nullptr)
         return -1;

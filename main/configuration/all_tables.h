@@ -8,11 +8,13 @@
 
 #include "registry.h"
 
-// The load goes on after a failure.  0, or the result of the last get that failed.
+inline constexpr int kNothingLoaded = -100;  // another process holds the database
+
+// The load goes on after a failure.  0, or the result of the last get that failed, or kNothingLoaded.
 [[nodiscard]] int get_alldata_from_db();
 
-// Loads what that passes over, as far as it is there.
-void load_passed_over_tables();
+// Loads what that passes over, as far as it is there.  False: another process holds the database.
+[[nodiscard]] bool load_passed_over_tables();
 
 // The first failure rolls all back.  0 or -1.
 [[nodiscard]] int set_alldata_to_db();

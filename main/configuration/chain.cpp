@@ -161,9 +161,8 @@ ChainEnd run_patch_chain(int version) {
         if (major_of(version) != step.from && major_of(version) != step.also_from)
             continue;
         // A step stores the record's part of a table also where the device lacks what the table is for.
-        if (std::exchange(first, false))
-            load_passed_over_tables();
-        if (!Run(step)(version))
+        const bool has_rows = !std::exchange(first, false) || load_passed_over_tables();
+        if (!has_rows || !Run(step)(version))
             return {version, true};
     }
     return {version, false};

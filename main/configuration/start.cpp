@@ -70,10 +70,24 @@ int store_old_version(int version) {
     return -1;
 }
 
-// A table that cannot be loaded keeps its part of the record, and the load says so.
-void load_all() {
-    if (get_alldata_from_db() != 0)
+void leave_to_next_request() {
+    db_handle db = release_db_handle();
+    db_close(&db);
+    DB_LOG_AS(kError, "init_database", "the database %s is held by another process\n", get_db_path());
+    pending = Pending::start;
+}
+
+// A table that cannot be loaded keeps its part of the record, and the load says so.  False when another process holds
+// the database: the start is left to the next request, as the record holds nothing of what is stored.
+bool load_all() {
+    const int result = get_alldata_from_db();
+    if (result == kNothingLoaded) {
+        leave_to_next_request();
+        return false;
+    }
+    if (result != 0)
         DB_LOG_AS(kError, "db_getdata_byversion", "not every table is loaded\n");
+    return true;
 }
 
 // The record's word is the main application's until then.  Databases from before the field encryption hold none, and
@@ -91,8 +105,8 @@ void load_encryption_word(int version) {
 
 // A new database from the record, into which the old one is loaded first where it can be.
 int db_get_param_from_devcfg() {
-    if (get_db_handle() != nullptr)
-        load_all();
+    if (get_db_handle() != nullptr && !load_all())
+        return -1;
     switch (rebuild_from_record(kCurrentVersion)) {
         case Rebuilt::complete:
             return 0;
@@ -203,8 +217,7 @@ int start(int lock_attempts) {
     db_handle db = release_db_handle();
     db_close(&db);
     if (pending != Pending::new_database && is_held(lock_attempts)) {
-        DB_LOG_AS(kError, "init_database", "the database %s is held by another process\n", get_db_path());
-        pending = Pending::start;
+        leave_to_next_request();
         return -1;
     }
     for (const char* file : {get_db_path(), get_db_backup_path()})
@@ -230,21 +243,17 @@ int db_getdata_byversion(int version) {
     }
     if (store_old_version(version) != 0)
         DB_LOG(kError, "old_version is not stored\n");
-    const int major = major_of(version);
-    if (major >= kCurrentMajor) {
-        DB_LOG(kInfo, "Direct read from the database\n");
-        load_all();
+    const bool is_current = major_of(version) >= kCurrentMajor;
+    const bool is_old = major_of(version) < kLowestPatchableMajor;
+    DB_LOG(is_old ? kError : kInfo, is_current ? "Direct read from the database\n"
+                                    : is_old   ? "  read param and restore database\n"
+                                               : "The database need patch up\n");
+    if (!load_all())
+        return -1;
+    if (!is_old) {
         adapt_db(get_db_handle());
-        return 0;
+        return is_current ? 0 : patch(version);
     }
-    if (major >= kLowestPatchableMajor) {
-        DB_LOG(kInfo, "The database need patch up\n");
-        load_all();
-        adapt_db(get_db_handle());
-        return patch(version);
-    }
-    DB_LOG(kError, "  read param and restore database\n");
-    load_all();
     if (db_reconstruct() == 0)
         return 0;
     DB_LOG(kError, "db_reconstruct failed\n");

@@ -40,7 +40,12 @@ int db_begin() {
 }
 
 int db_begin_to_load() {
-    const int rc = begin(get_db_handle(), "BEGIN;");
+    int rc = begin(get_db_handle(), "BEGIN;");
+    // A BEGIN alone takes no lock.
+    if (rc == 0 && db_execsql(get_db_handle(), "select 1 from sqlite_master limit 1;") == SQLITE_BUSY) {
+        db_rollback();
+        rc = SQLITE_BUSY;
+    }
     if (rc != 0)
         DB_LOG_AS(kError, "db_begin", "BEGIN err\n");
     return rc;

@@ -10,7 +10,8 @@
 #define DBUTIL_TRANSACTION_H
 
 // Nothing is stored on a connection that has not got its settings (db_settle): such a begin fails.  One that
-// will only load needs none.
+// will only load needs none; it fails where another process's lock keeps it from reading, and holds off such a lock
+// until its end.
 [[nodiscard]] int db_begin();
 [[nodiscard]] int db_begin_to_load();
 [[nodiscard]] int db_begin_exclusive();
