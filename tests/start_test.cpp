@@ -388,16 +388,24 @@ TEST_F(Start, LockedLoadIsFollowedByNoStore) {
 }
 
 TEST_F(Start, GivenUpDatabaseThatCannotBeReplacedIsTriedAgain) {
-    close_database();
-    write_file(main_, "no database");
-    std::filesystem::create_directories(main_ + ".new/full");
-    EXPECT_EQ(start("first"), -1);
-    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
-    EXPECT_EQ(content(main_), "no database");
-    std::filesystem::remove_all(main_ + ".new");
-    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);  // it is made meanwhile
-    EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
-    EXPECT_EQ(query("select name from chn_info"), "first");
+    for (const bool no_place : {false, true}) {
+        SCOPED_TRACE(no_place);
+        close_database();
+        write_file(main_, "no database");
+        std::filesystem::remove(backup_);
+        if (no_place)
+            std::filesystem::create_directories(main_ + ".new/full");
+        else
+            silent = true;
+        EXPECT_EQ(start("first"), -1);
+        EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
+        EXPECT_EQ(content(main_), "no database");
+        std::filesystem::remove_all(main_ + ".new");
+        answer_again();
+        EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);  // it is made meanwhile
+        EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
+        EXPECT_EQ(query("select name from chn_info"), "first");
+    }
 }
 
 TEST_F(Start, EncryptionOfEarlierAndLaterReleases) {

@@ -108,8 +108,9 @@ Rebuilt build(const char* path, int version, db_handle old) {
 
 bool has_no_tables(db_handle db) {
     int count = 0;
-    return db == nullptr ||
-           (db_query_row_num(db, "select count(*) from sqlite_master;", &count) == 0 && count == 0);
+    if (db == nullptr)
+        return check_file_not_empty(get_db_path()) != 0;
+    return db_query_row_num(db, "select count(*) from sqlite_master;", &count) == 0 && count == 0;
 }
 
 // Holds the old database against other processes while its successor is made.
