@@ -5,10 +5,12 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "recovery.h"
 #include "reset.h"
 
 namespace {
@@ -17,6 +19,7 @@ namespace {
 // writes every 150th counts.
 int calls_to_live = 0;
 int writes = 0;
+bool folders_cannot_be_synced = false;
 
 void count_call() {
     if (calls_to_live > 0 && --calls_to_live == 0)
@@ -29,6 +32,11 @@ void count_call() {
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 int fsync(int fd) {
     count_call();
+    struct stat file {};
+    if (folders_cannot_be_synced && fstat(fd, &file) == 0 && S_ISDIR(file.st_mode)) {
+        errno = EIO;
+        return -1;
+    }
     return static_cast<int>(syscall(SYS_fsync, fd));
 }
 int fdatasync(int fd) {
@@ -244,6 +252,19 @@ TEST_F(PowerCut, LosesNothingThatWasAcknowledged) {
         }
     }
     RecordProperty("states", states);
+}
+
+// A new database that has moved into its place is the one that is stored to, although nobody knows whether it stays there.
+TEST_F(PowerCut, FileInItsPlaceIsTheOneThatIsOpen) {
+    folders_cannot_be_synced = true;
+    EXPECT_EQ(rebuild_from_record(kCurrentVersion), Rebuilt::complete);
+    EXPECT_EQ(copy_file(get_db_backup_path(), get_db_path()), -1);
+    folders_cannot_be_synced = false;
+    std::strcpy(r_.channel[0].name, "gate");
+    EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kStored);
+    close_database();
+    set_db_handle(db_open(get_db_path()));
+    EXPECT_EQ(query("select name from chn_info"), "gate");
 }
 
 // What a kill leaves is the old database or the new one; and the next start ends where it would have without the kill.

@@ -145,7 +145,7 @@ Rebuilt rebuild_from_record(int version) {
         db_close(&fresh);
         // Tables without rows are better than none: rows can be stored one by one.
         if (result == Rebuilt::complete || (result >= Rebuilt::not_filled && has_no_tables(old)))
-            replaced = next.take_place();
+            replaced = next.take_place() || check_file_exist(next.path()) != 0;  // moved, synced or not
         if (!replaced && result == Rebuilt::complete)
             result = Rebuilt::not_opened;
     }
