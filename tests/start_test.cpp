@@ -287,6 +287,17 @@ TEST_F(Start, RebuildKeepsWhatTheRecordDoesNotHold) {
     }
 }
 
+// Nor are the rows lost of a table whose load failed.
+TEST_F(Start, RebuildKeepsTheRowsThatALoadRefuses) {
+    write_file(main_, database("gate", packed(1000),
+                               "insert into traffic_illegal_dictionary(idx) values(9999);"
+                               "update traffic_illegal_dictionary set illegal_name = 'kept';"));
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(version(), std::to_string(packed(1169)));
+    EXPECT_EQ(query("select distinct illegal_name from traffic_illegal_dictionary"), "kept");
+    EXPECT_EQ(query("select count(*) from traffic_illegal_dictionary where idx = 9999"), "1");
+}
+
 // A database that cannot be made anew keeps its place.
 TEST_F(Start, FailedRebuildLeavesTheOldDatabase) {
     const std::string bytes = database("gate", packed(1000));

@@ -117,7 +117,8 @@ void visit_tables(const Capabilities& capabilities, const char* function, Visit 
     }
 }
 
-// Tables that the last load of everything passed over: the record does not hold what is stored in them.
+// Tables that the last load of everything passed over, or failed to load: the record does not hold what is stored in
+// them.
 TableNumbers not_loaded;
 
 void report_failed_store(int table) {
@@ -163,6 +164,7 @@ int get_alldata_from_db() {
         }
         if (const int rc = work.load(tables_fun[t]); rc != 0) {
             result = rc;
+            not_loaded.set(static_cast<std::size_t>(t));
             DB_LOG_AS(kError, "get_alldata_from_db", "get_alldata_from_db failed,table:%d\n", t);
         }
         return true;
@@ -180,9 +182,9 @@ bool load_passed_over_tables() {
             work.load(tables_fun[t]) != 0)
             DB_LOG(kInfo, "table %d cannot be loaded\n", t);
     static_cast<void>(work.commit());
+    return true;
 }
 
-    return true;
 int set_alldata_to_db() {
     if (makesure_database_exist() != 0 && get_db_handle() != nullptr)
         return -1;

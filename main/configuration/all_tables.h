@@ -22,7 +22,8 @@ inline constexpr int kNothingLoaded = -100;  // another process holds the databa
 using TableNumbers = std::bitset<kTableNumbers>;
 
 // Stores the record into a new database, inside the caller's transaction.  `passed_over` becomes the tables that the
-// device's capabilities keep from being stored, or kept from being loaded: what is stored in them is not in the record.
+// device's capabilities keep from being stored, or kept from being loaded, and those whose load failed: what is stored in
+// them is not in the record.
 [[nodiscard]] bool store_new_database(TableNumbers& passed_over);
 
 // Makes the main database if its file is missing, fills it from the record and stamps the current version.

@@ -70,8 +70,10 @@ bool carry_past_the_record(db_handle old, db_handle fresh, const TableNumbers& p
         return true;
     Names not_loaded, not_stored;
     names_past_the_record(passed_over, not_loaded, not_stored);
-    for (const char* of_all : {"db_version", "week_config_list"})
+    for (const char* of_all : {"db_version", "week_config_list"}) {
+        not_loaded.erase(of_all);
         not_stored.erase(of_all);
+    }
     for (const std::string_view table : not_loaded)
         if (!carry_rows(old, fresh, {.table = table}))
             return false;
@@ -106,6 +108,7 @@ Rebuilt build(const char* path, int version, db_handle old) {
     return work.commit() ? Rebuilt::complete : Rebuilt::not_filled;
 }
 
+// Of a database that could not be opened the file counts.
 bool has_no_tables(db_handle db) {
     int count = 0;
     if (db == nullptr)

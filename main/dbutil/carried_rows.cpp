@@ -55,9 +55,11 @@ bool carry_rows(db_handle from, db_handle to, const CarriedRows& rows) {
         return false;
     int rc = SQLITE_DONE;
     while (old && (rc = sqlite3_step(old.get())) == SQLITE_ROW) {
+        bool bound = true;
         for (int i = 0; i < width; ++i)
-            sqlite3_bind_value(add.get(), i + 1, sqlite3_column_value(old.get(), i));
-        if (sqlite3_step(add.get()) != SQLITE_DONE || sqlite3_reset(add.get()) != SQLITE_OK)
+            bound = sqlite3_bind_value(add.get(), i + 1, sqlite3_column_value(old.get(), i)) == SQLITE_OK &&
+                    bound;
+        if (!bound || sqlite3_step(add.get()) != SQLITE_DONE || sqlite3_reset(add.get()) != SQLITE_OK)
             return false;
     }
     if (!old || rc != SQLITE_DONE)
