@@ -403,7 +403,8 @@ TEST_F(Start, GivenUpDatabaseThatCannotBeReplacedIsTriedAgain) {
         SCOPED_TRACE(no_place);
         close_database();
         write_file(main_, "no database");
-        std::filesystem::remove(backup_);
+        for (const std::string& file : {backup_, path("db_op_info.log")})
+            std::filesystem::remove(file);
         if (no_place)
             std::filesystem::create_directories(main_ + ".new/full");
         else
@@ -411,6 +412,8 @@ TEST_F(Start, GivenUpDatabaseThatCannotBeReplacedIsTriedAgain) {
         EXPECT_EQ(start("first"), -1);
         EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);
         EXPECT_EQ(content(main_), "no database");
+        const auto lines = records();  // the start's alone
+        EXPECT_EQ(std::count(lines.begin(), lines.end(), "Db version is -1,Read from cfg"), 1);
         std::filesystem::remove_all(main_ + ".new");
         answer_again();
         EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);  // it is made meanwhile

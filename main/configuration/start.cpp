@@ -140,18 +140,18 @@ int patch(int version) {
 
 // From the condition of the two files to a loaded record and a database of a known version.  0 when that is reached.
 int start_by_condition() {
-    const int condition = pending == Pending::new_database
-                              ? kUnrepairable
-                              : db_checkandrecovery(get_db_path(), get_db_backup_path());
+    const bool again = pending == Pending::new_database;
+    const int condition = again ? kUnrepairable : db_checkandrecovery(get_db_path(), get_db_backup_path());
     if (condition == kUnrepairable) {
-        if (pending != Pending::new_database) {
+        if (!again) {
             const Salvage salvage(get_db_path());
             DB_LOG_AS(kInfo, "init_database", "====totally restore default param====\n");
             salvage.restore();
         }
         DB_LOG_AS(kError, "init_database", "db version = %d\n", kVersionUnreadable);
         pending = Pending::new_database;
-        const int result = db_getdata_byversion(kVersionUnreadable);
+        // Told once, however often requests try: the operation log is short.
+        const int result = again ? db_get_param_from_devcfg() : db_getdata_byversion(kVersionUnreadable);
         pending = result == 0 ? Pending::nothing : Pending::new_database;
         return result;
     }
