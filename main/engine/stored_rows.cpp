@@ -23,17 +23,20 @@ class Comparison {
             columns_.push_back(rows.column(s.column(slot)));
     }
 
-    // Different in a key: the row is another one.
-    Match keys(const Rows& rows, Index index, Counts counts) const {
-        return all(
-            rows,
-            [&](const Slot& slot) { return slot.source == Source::key || slot.role == SlotRole::condition; },
-            [&](const Slot& slot, int column) {
-                if (slot.source == Source::key)
-                    return rows.compare(column, key_value(s_, s_.keys[slot.index], index, counts));
-                return rows.compare(column, slot.source == Source::field ? s_.fields[slot.index].value
-                                                                         : number_of(s_.value(slot)));
-            });
+    // The statement finds the stored row when it is executed for the row of the index.
+    bool finds(const Rows& rows, Index index, Counts counts) const {
+        for (std::size_t i = 0; i < s_.slots.size(); ++i) {
+            const Slot& slot = s_.slots[i];
+            if (slot.source != Source::key && slot.role != SlotRole::condition)
+                continue;
+            const int64_t wanted = slot.source == Source::key
+                                       ? key_value(s_, s_.keys[slot.index], index, counts)
+                                   : slot.source == Source::field ? s_.fields[slot.index].value
+                                                                  : number_of(s_.value(slot));
+            if (rows.compare(columns_[i], wanted) != Match::same)
+                return false;
+        }
+        return true;
     }
     Match values(const Rows& rows, const Values& wanted) const {
         std::size_t parameter = 0;
@@ -56,15 +59,6 @@ class Comparison {
   private:
     const Statement& s_;
     std::vector<int> columns_;
-
-    template <class Chosen, class Compare>
-    Match all(const Rows&, Chosen chosen, Compare compare) const {
-        for (std::size_t i = 0; i < s_.slots.size(); ++i)
-            if (chosen(s_.slots[i]))
-                if (const Match m = compare(s_.slots[i], columns_[i]); m != Match::same)
-                    return m;
-        return Match::same;
-    }
 };
 
 }  // namespace
@@ -86,7 +80,7 @@ StoredRows::StoredRows(const Table& t, Index at, int given, const std::byte* bas
             continue;
         for (std::size_t i = 0; i < t.save.size(); ++i) {
             const Statement& s = t.save[i];
-            if (!places.serves(s, rows, *index) || comparisons[i].keys(rows, *index, counts) != Match::same)
+            if (!places.serves(s, rows, *index) || !comparisons[i].finds(rows, *index, counts))
                 continue;
             uint8_t& found = found_[place(i, *index)];
             if (found != 0) {
