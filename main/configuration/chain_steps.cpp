@@ -391,7 +391,8 @@ constexpr ChainStep kSteps[] = {
               "db_set_lf_calibrate_info db_set_motion_list db_save_blc_config "
               "save_weblib_motdetect_param_to_db db_save_disk_quota_param db_save_vilost_param "
               "db_save_fd_param db_save_defocus_param db_save_intelligent_polygon "
-              "db_save_intelligent_size_filter db_set_scene_change_detec_config db_save_ipdome_osdparam "
+              "db_save_people_detect_polygon db_save_intelligent_size_filter "
+              "db_set_scene_change_detec_config db_save_ipdome_osdparam "
               "db_set_serial_config db_set_edu_serial_config db_save_exception "
               "db_save_intelligent_qor_rule db_set_alarm_in "
               "db_set_video_analysis db_set_comp_info",
