@@ -1,5 +1,6 @@
 // Starts: what becomes of every condition of the two database files, and of every version that can be stored.
 #include "alter.h"
+#include "backup.h"
 #include "chain.h"
 #include "core_fixture.h"
 #include "health.h"
@@ -419,6 +420,37 @@ TEST_F(Start, GivenUpDatabaseThatCannotBeReplacedIsTriedAgain) {
         EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kRefused);  // it is made meanwhile
         EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
         EXPECT_EQ(query("select name from chn_info"), "first");
+    }
+}
+
+// The device runs with the backup's values until it can be copied, and nothing takes the backup's place.
+TEST_F(Start, HealthyBackupThatCannotBeCopiedIsKept) {
+    const std::string kept = database("backup", kCurrentVersion);
+    for (const Condition condition : {missing, empty, unrepairable, keyless}) {
+        SCOPED_TRACE(static_cast<int>(condition));
+        const std::string bytes = in_condition(condition, "main", kCurrentVersion);
+        close_database();
+        put(main_, condition, bytes);
+        write_file(backup_, kept);
+        std::filesystem::create_directories(main_ + ".new/full");
+        EXPECT_EQ(start(), -1);
+        EXPECT_EQ(name(), "backup");
+        const std::string log = operation_log();
+        std::strcpy(r_.channel[0].name, "unsaved");
+        EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kRefused);
+        EXPECT_EQ(name(), "unsaved");
+        EXPECT_EQ(operation_log(), log);
+        int cycles = 0;
+        Backup([&](int) { closing_flag = ++cycles == 3; }).run();
+        closing_flag = false;
+        EXPECT_TRUE(content(backup_) == kept);
+        EXPECT_EQ(std::filesystem::exists(main_), condition != missing);
+        EXPECT_TRUE(condition == missing || content(main_) == bytes);
+
+        std::filesystem::remove_all(main_ + ".new");
+        EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kRefused);  // it is copied meanwhile
+        EXPECT_EQ(name(), "backup");
+        EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kStored);
     }
 }
 

@@ -138,6 +138,11 @@ int examine(const char* path) {
 
 }  // namespace
 
+bool is_healthy(const char* path) {
+    return check_file_exist(path) == 0 && check_file_not_empty(path) == 0 &&
+           check_inactive_db_integrity(path) >= 0 && has_key_rows(path);
+}
+
 int db_isok(const char* path, int* code) {
     if (path == nullptr || code == nullptr) {
         DB_LOG(kError, "db_isok param is null.\n");

@@ -18,4 +18,7 @@ enum HealthCode : int {
 // place when the dump is whole and every table has arrived, otherwise it stays as it is.
 [[nodiscard]] int db_isok(const char* path, int* code);
 
+// The same without repair, and without a word in a log.
+[[nodiscard]] bool is_healthy(const char* path);
+
 #endif

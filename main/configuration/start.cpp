@@ -7,6 +7,7 @@
 #include <cstring>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "DB_uni_process.h"
 #include "all_tables.h"
@@ -40,6 +41,7 @@ constexpr int kLockAttempts = 6;
 enum class Pending {
     nothing,
     start,         // another process held the database
+    copy,          // the backup is healthy, and could not be copied over it
     new_database,  // the old one is given up, and a new one could not be made
 };
 Pending pending = Pending::nothing;
@@ -122,6 +124,22 @@ int db_get_param_from_devcfg() {
     return -1;
 }
 
+// A healthy backup that found no space stays the best there is.  Nothing takes its place: a database without it would
+// be copied over it.  Until the copy succeeds the device runs with its values, and stores nothing.
+int wait_for_the_copy() {
+    DB_LOG_AS(kError, "init_database", "the backup cannot take the place of the database yet\n");
+    if (std::exchange(pending, Pending::copy) != Pending::copy) {
+        set_db_handle(db_open(get_db_backup_path()));
+        if (get_db_handle() != nullptr) {
+            load_encryption_word(db_get_version(get_db_handle()));
+            load_all();
+        }
+        db_handle db = release_db_handle();
+        db_close(&db);
+    }
+    return -1;
+}
+
 int patch(int version) {
     const ChainEnd end = run_patch_chain(version);
     if (end.complete())
@@ -140,8 +158,13 @@ int patch(int version) {
 
 // From the condition of the two files to a loaded record and a database of a known version.  0 when that is reached.
 int start_by_condition() {
+    if (pending == Pending::copy && is_healthy(get_db_backup_path()) &&
+        copy_file(get_db_path(), get_db_backup_path()) != 0)
+        return -1;  // and not a word in the operation log for every request
     const bool again = pending == Pending::new_database;
     const int condition = again ? kUnrepairable : db_checkandrecovery(get_db_path(), get_db_backup_path());
+    if (condition != 0 && !again && is_healthy(get_db_backup_path()))
+        return wait_for_the_copy();
     if (condition == kUnrepairable) {
         if (!again) {
             const Salvage salvage(get_db_path());
