@@ -323,6 +323,30 @@ TEST_F(Start, FailedRebuildLeavesTheOldDatabase) {
     }
 }
 
+TEST_F(Start, FailedUpgradeLeavesTheAccountsWhereTheyAre) {
+    UserEntry* const users = r_.users.user;
+    std::strcpy(users[0].username, "root");
+    std::strcpy(users[0].passwd, "first");
+    std::strcpy(users[1].username, "guest");
+    write_file(main_, database("gate", packed(1152),
+                               "drop table sec_lock_auth_db_info; drop table sec_user_mana_info;"));
+    silent = true;
+    EXPECT_EQ(start(), -1);
+    answer_again();
+    EXPECT_EQ(version(), std::to_string(packed(1152)));
+    EXPECT_STREQ(users[0].username, "root");
+    EXPECT_STREQ(users[1].username, "guest");
+    EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({6})), kStored);
+
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(version(), std::to_string(packed(1169)));
+    const UserEntry* const moved =
+        std::find_if(std::begin(r_.users.sec_user), std::end(r_.users.sec_user),
+                     [](const UserEntry& u) { return std::strcmp(u.username, "root") == 0; });
+    ASSERT_NE(moved, std::end(r_.users.sec_user));
+    EXPECT_STREQ(moved->passwd, "first");
+}
+
 TEST_F(Start, SalvagesTheNetworkOfADatabaseThatIsGivenUp) {
     r_.sec_lock_auth.db_enc_version = kDefaultVersion;
     std::strcpy(r_.network.pppoe.username, "user");

@@ -141,6 +141,7 @@ int wait_for_the_copy() {
 }
 
 int patch(int version) {
+    const UserSection loaded_users = get_cfg_param()->users;
     const ChainEnd end = run_patch_chain(version);
     if (end.complete())
         return 0;
@@ -151,6 +152,10 @@ int patch(int version) {
         return 0;
     log_operation("db_reconstruct failed.\n");
     DB_LOG_AS(kError, "db_getdata_byversion", "db_reconstruct failed\n");
+    // The step of the encryption moves the accounts in the record, but is undone in the database: a save of the old
+    // list would put the default administrator over the first account, which the next start then moves.
+    if (major_of(end.version) < kEncryptedMajor)
+        get_cfg_param()->users = loaded_users;
     return -1;
 }
 
