@@ -41,7 +41,23 @@ class Run {
 
     // False: the database is as it was.
     bool operator()(int& version) {
+        const int from = major_of(version);
+        if (take(version))
+            return true;
+        if (step_.says_its_version)
+            DB_LOG_AS(kInfo, name_.c_str(), "do_parampatch for version %d failed\n", from);
+        return false;
+    }
+
+  private:
+    const ChainStep& step_;
+    const std::string name_;
+    const db_handle db_ = get_db_handle();
+
+    bool take(int& version) const {
         DB_LOG_AS(kInfo, name_.c_str(), "%s\n", name_.c_str());
+        if (step_.says_its_version)
+            DB_LOG_AS(kInfo, "do_parampatch", "parampatch for version %d\n", major_of(version));
         if (db_ == nullptr)
             return failed("%s: pointer is NULL");
         if (get_cfg_param() == nullptr)
@@ -57,11 +73,6 @@ class Run {
         version = next;
         return true;
     }
-
-  private:
-    const ChainStep& step_;
-    const std::string name_;
-    const db_handle db_ = get_db_handle();
 
     bool failed(const char* message) const {
         std::string line = message;

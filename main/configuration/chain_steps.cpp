@@ -195,6 +195,7 @@ constexpr ChainStep kSteps[] = {
      .changes_failed = "drop and creat table error\n"},
     {.from = 1107,
      .to = 1108,
+     .says_its_version = true,
      .changes = {.adds = "dnf_config_table: day_night_type_before_led_on"},
      .changes_failed = "execute sql error\n"},
     {.from = 1108,

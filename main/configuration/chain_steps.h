@@ -25,7 +25,8 @@ struct StepStatement {
 struct ChainStep {
     int from, to;
     int also_from = 0;
-    std::string_view drops = {};  // if they are there
+    bool says_its_version = false;  // in messages of do_parampatch
+    std::string_view drops = {};    // if they are there
     Changes changes = {};
     const Changes* repeats[3] = {};  // of other steps
     StepStatement statements[2] = {};
