@@ -49,20 +49,42 @@ void names_past_the_record(const TableNumbers& passed_over, Names& not_loaded, N
             not_stored.insert(table.name);
 }
 
-// The schedules of features that were passed over: of the process types that the new database has no row of.  Their
-// rows are numbered anew.
+// The schedules of features that were passed over, of process types that the new database has no row of, and those of
+// alarms that the device does not count any more.  Their rows are numbered anew.
 bool carry_schedules(db_handle old, db_handle fresh) {
     db_cursor cursor;
-    if (db_query_open_v2(fresh, "select distinct process_type from week_config_list;", &cursor) != 0)
+    if (db_query_open_v2(fresh,
+                         "select process_type, ifnull(max(alarm_no), 0) as alarms from week_config_list "
+                         "where process_type is not null group by process_type;",
+                         &cursor) != 0)
         return false;
-    std::string types;
-    for (int i = 0; i < db_query_rec_count_v2(&cursor); ++i)
-        if (const char* type = db_query_fields_v2(&cursor, "process_type", i))
-            types += (types.empty() ? "" : ",") + std::string(type);
+    std::string types, further_alarms;
+    for (int i = 0; i < db_query_rec_count_v2(&cursor); ++i) {
+        const std::string type = db_query_fields_v2(&cursor, "process_type", i);
+        types += (types.empty() ? "" : ",") + type;
+        further_alarms +=
+            " or process_type = " + type + " and alarm_no > " + db_query_fields_v2(&cursor, "alarms", i);
+    }
     return carry_rows(old, fresh,
                       {.table = "week_config_list",
-                       .where = "process_type not in (" + types + ") order by idx",
+                       .where = "process_type not in (" + types + ")" + further_alarms + " order by idx",
                        .without = "idx"});
+}
+
+// The tables whose rows the device counts, and counts fewer of than the old database has.
+bool names_of_counted(db_handle old, db_handle fresh, Names& counted) {
+    for (const Table* table : dbshell::all_tables()) {
+        const std::string count = "select count(*) from " + std::string(table->name) + ";";
+        int before = 0, now = 0;
+        if (table->device_rows == dbshell::DeviceCount::none ||
+            db_query_row_num(old, count.c_str(), &before) != 0)
+            continue;
+        if (db_query_row_num(fresh, count.c_str(), &now) != 0)
+            return false;
+        if (before > now)
+            counted.insert(table->name);
+    }
+    return true;
 }
 
 bool carry_past_the_record(db_handle old, db_handle fresh, const TableNumbers& passed_over) {
@@ -70,6 +92,8 @@ bool carry_past_the_record(db_handle old, db_handle fresh, const TableNumbers& p
         return true;
     Names not_loaded, not_stored;
     names_past_the_record(passed_over, not_loaded, not_stored);
+    if (!names_of_counted(old, fresh, not_loaded))
+        return false;
     for (const char* of_all : {"db_version", "week_config_list"}) {
         not_loaded.erase(of_all);
         not_stored.erase(of_all);
