@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -21,6 +22,7 @@
 #include <utility>
 #include <vector>
 
+#include "device_debug.h"
 #include "device_ipc_wire.h"
 #include "device_paths.h"
 #include "device_thread.h"
@@ -114,6 +116,37 @@ void set_timeout(int fd, int option, std::chrono::microseconds timeout) {
     setsockopt(fd, SOL_SOCKET, option, &value, sizeof value);
 }
 
+// ---- who may call
+
+constexpr const char* kSourceFile = "platform/device_ipc.c";
+constexpr int kError = 2;
+
+// The caller is root, this process's user, or of the socket's group, as its own or a further one.
+bool may_call(int fd, gid_t group) {
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0)
+        return false;
+    if (peer.uid == 0 || peer.uid == geteuid() || peer.gid == group)
+        return true;
+    std::vector<gid_t> groups(64);
+    auto bytes = static_cast<socklen_t>(groups.size() * sizeof(gid_t));
+    while (getsockopt(fd, SOL_SOCKET, SO_PEERGROUPS, groups.data(), &bytes) != 0) {
+        if (errno != ERANGE || bytes <= groups.size() * sizeof(gid_t)) {
+            bytes = 0;
+            break;
+        }
+        groups.resize(bytes / sizeof(gid_t));
+    }
+    groups.resize(bytes / sizeof(gid_t));
+    if (std::find(groups.begin(), groups.end(), group) != groups.end())
+        return true;
+    dev_debug_v1(kError, -1, kSourceFile, __LINE__, __func__, "refused process %d of user %u, group %u\n",
+                 static_cast<int>(peer.pid), static_cast<unsigned>(peer.uid),
+                 static_cast<unsigned>(peer.gid));
+    return false;
+}
+
 // ---- the service side
 
 constexpr size_t kMaxConnections = 64;
@@ -128,9 +161,10 @@ constexpr auto kExhaustionPause = 100ms;
 // request costs no thread. Lives as long as the process.
 class service {
   public:
-    service(int number, ipc_handler handler, unique_fd lock_file, unique_fd listener)
+    service(int number, ipc_handler handler, gid_t group, unique_fd lock_file, unique_fd listener)
         : thread_name_("ipc-" + std::to_string(number)),
           handler_(handler),
+          group_(group),
           lock_file_(std::move(lock_file)),
           listener_(std::move(listener)) {}
 
@@ -196,6 +230,7 @@ class service {
 
     void serve(connection& current) {
         const int fd = current.fd.get();
+        const bool allowed = may_call(fd, group_);
         while (true) {
             request_header header{};
             const ssize_t size = retry_interrupted([&] { return peek_packet(fd, header); });
@@ -206,17 +241,19 @@ class service {
             if (size <= 0)
                 return;
             set_busy(current);
-            if (!answer(fd, header, static_cast<size_t>(size)))
+            if (!answer(fd, header, static_cast<size_t>(size), allowed) || !allowed)
                 return;
             set_idle(current);
         }
     }
 
     // False when the connection cannot be used further.
-    bool answer(int fd, request_header header, size_t packet_size) {
+    bool answer(int fd, request_header header, size_t packet_size, bool allowed) {
         reply_header reply{ipc_wire::kReplyMagic, ipc_wire::kAnswered, 0, 0};
         std::vector<std::byte> buffer;
-        if (packet_size > sizeof header + ipc_wire::kMaxData)
+        if (!allowed)
+            reply.status = ipc_wire::kNotAllowed;
+        else if (packet_size > sizeof header + ipc_wire::kMaxData)
             reply.status = ipc_wire::kTooLarge;
         else if (packet_size < sizeof header || header.magic != ipc_wire::kRequestMagic ||
                  header.length != packet_size - sizeof header)
@@ -292,6 +329,7 @@ class service {
 
     const std::string thread_name_;
     const ipc_handler handler_;
+    const gid_t group_;  // the socket's
     const unique_fd lock_file_;
     const unique_fd listener_;
     std::mutex mutex_;
@@ -315,15 +353,20 @@ unique_fd lock_number(const std::string& path, const char* service_name) {
     return file;
 }
 
-unique_fd listen_on(int number) {
+// `group` becomes the socket's.
+unique_fd listen_on(int number, gid_t& group) {
     const std::string path = device_socket_dir() + service_file(number, ".sock");
     if (unlink(path.c_str()) != 0 && errno != ENOENT)
         return {};
     const auto address = resolve(number);
     unique_fd listener(socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+    // Nobody can connect before it listens.
+    struct stat bound {};
     if (!address || !listener || bind(listener.get(), address->get(), sizeof address->name) != 0 ||
+        chmod(path.c_str(), 0660) != 0 || stat(path.c_str(), &bound) != 0 ||
         listen(listener.get(), SOMAXCONN) != 0)
         return {};
+    group = bound.st_gid;
     return listener;
 }
 
@@ -409,7 +452,7 @@ unique_fd deliver(int number, const request_header& header, const void* data, co
 bool is_reply(const reply_header& header, size_t packet_size) {
     return packet_size >= sizeof header && header.magic == ipc_wire::kReplyMagic &&
            header.length == packet_size - sizeof header && header.length <= ipc_wire::kMaxData &&
-           header.status >= ipc_wire::kAnswered && header.status <= ipc_wire::kTooLarge &&
+           header.status >= ipc_wire::kAnswered && header.status <= ipc_wire::kNotAllowed &&
            (header.status == ipc_wire::kAnswered || header.length == 0);
 }
 
@@ -420,6 +463,8 @@ int receive(int fd, reply_header& header, void* reply, size_t capacity, const de
         return size < 0 && errno == EAGAIN ? ipc_timed_out : ipc_peer_vanished;
     if (!is_reply(header, static_cast<size_t>(size)))
         return ipc_malformed_reply;
+    if (header.status == ipc_wire::kNotAllowed)
+        return ipc_not_allowed;
     if (header.status != ipc_wire::kAnswered && header.status != ipc_wire::kAnsweredEmpty)
         return ipc_refused;
     if (reply != nullptr && header.length > capacity)
@@ -443,11 +488,12 @@ int ipc_unix_init(const char* service_name, int service_number, ipc_handler hand
         lock_number(device_socket_dir() + service_file(service_number, ".lock"), service_name);
     if (!lock_file)
         return -1;
-    unique_fd listener = listen_on(service_number);
+    gid_t group = 0;
+    unique_fd listener = listen_on(service_number, group);
     if (!listener)
         return -1;
     auto registered =
-        std::make_unique<service>(service_number, serving, std::move(lock_file), std::move(listener));
+        std::make_unique<service>(service_number, serving, group, std::move(lock_file), std::move(listener));
     if (!registered->start())
         return -1;
     static_cast<void>(registered.release());  // its workers' from now on
@@ -499,6 +545,8 @@ const char* ipc_error_text(int error) {
             return "The call has an argument out of range.";
         case ipc_refused:
             return "The service has refused the request as malformed.";
+        case ipc_not_allowed:
+            return "The service does not serve this user.";
         case ipc_no_resources:
             return "This process is out of file descriptors or memory.";
         default:

@@ -33,6 +33,9 @@ using ipc_handler = int (*)(void* buffer, int* reply_length, int request_kind);
 // all 65 have one, further connections wait. A connection is also shut when it brings no request for 30
 // seconds or leaves its replies unread for 5; a packet that is no request is answered with a refusal, and
 // the connection goes on.
+//
+// The socket has the mode 0660, its folder 0750 where this makes it.  Callers that are neither root nor this process's
+// user nor of the socket's group are refused whatever the modes say, which is logged.
 int ipc_unix_init(const char* service_name, int service_number, ipc_handler handler,
                   ipc_handler second_handler);
 
@@ -45,6 +48,7 @@ enum ipc_error : int {
     ipc_bad_argument = -6,     // nothing was sent
     ipc_refused = -7,          // the service did not take the packet for a request
     ipc_no_resources = -8,     // this process is out of descriptors or memory; nothing was sent
+    ipc_not_allowed = -9,      // the service does not serve this user; nothing was done
 };
 
 // Sends a request of `request_length` bytes (0 to 64 KiB; `request` may be null for 0) to a service and waits

@@ -21,6 +21,7 @@ enum status : int32_t {
     kAnsweredEmpty = 1,  // the handler replied with its result alone; no data
     kMalformed = 2,      // not a request: too short, wrong magic, or `length` is not what follows
     kTooLarge = 3,       // more than kMaxData bytes of data
+    kNotAllowed = 4,     // the caller is neither root nor the service's user nor of the socket's group
 };
 
 struct request_header {

@@ -63,7 +63,8 @@ key_t device_ipc_key(key_t fixed) {
 bool device_prepare_root() {
     const std::string root = device_root();
     std::error_code error;
-    fs::create_directories(root + kSocketFolder, error);
+    if (fs::create_directories(root + kSocketFolder, error))
+        fs::permissions(root + kSocketFolder, fs::perms(0750), error);
     if (!root.empty()) {
         for (const char* folder : {"/devinfo", "/velmora"}) {
             if (!error)

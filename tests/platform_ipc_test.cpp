@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/prctl.h>
@@ -230,6 +231,46 @@ TEST_F(PlatformIpc, RepliesAsTheHandlerSays) {
     EXPECT_EQ(0, ipc_unix_call_service(kService, kEcho, &request, 4, 0, nullptr, 0, kPatience));
 }
 
+// Credentials count, not only the modes, which this test opens.
+TEST_F(PlatformIpc, ServesRootItsUserAndTheSocketsGroup) {
+    serve();
+    const std::string socket_file = device_socket_dir() + "/6.sock";
+    EXPECT_EQ(fs::perms(0660), fs::status(socket_file).permissions());
+    EXPECT_EQ(fs::perms(0750), fs::status(device_socket_dir()).permissions());
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root can be somebody else";
+    for (const char* folder : {"", "/var", "/var/run", "/var/run/ipc"})
+        fs::permissions(root_ + folder, fs::perms(0755));
+    fs::permissions(socket_file, fs::perms(0666));
+    struct {
+        uid_t user;
+        gid_t group;
+        std::vector<gid_t> further;
+        int error;
+    } const cases[] = {
+        {65534, 65534, {}, ipc_not_allowed},
+        {65534, 0, {}, 0},
+        {65534, 65534, {7, 0}, 0},
+        {65534, 65534, std::vector<gid_t>(100, 7), ipc_not_allowed},
+        {0, 65534, {}, 0},
+    };
+    for (const auto& c : cases) {
+        const pid_t child = fork();
+        if (child == 0) {
+            int error = -99;
+            if (setgroups(c.further.size(), c.further.data()) == 0 && setgid(c.group) == 0 &&
+                setuid(c.user) == 0) {
+                const int request = 4;
+                error = ipc_unix_call_service(kService, kEcho, &request, 4, 0, nullptr, 0, kPatience);
+            }
+            _exit(-error);
+        }
+        int status = 0;
+        ASSERT_EQ(child, waitpid(child, &status, 0));
+        EXPECT_EQ(-c.error, WEXITSTATUS(status)) << c.user << ' ' << c.group << ' ' << c.further.size();
+    }
+}
+
 TEST_F(PlatformIpc, RefusesBadArguments) {
     serve();
     int data = 4;
@@ -349,7 +390,8 @@ TEST_F(PlatformIpc, ReportsAServiceThatMisbehaves) {
         {reply_packet(magic, 0, 3, 4), ipc_malformed_reply},
         {reply_packet(magic, 0, 65537, 65537), ipc_malformed_reply},
         {reply_packet(magic, -1, 0, 0), ipc_malformed_reply},
-        {reply_packet(magic, 4, 0, 0), ipc_malformed_reply},
+        {reply_packet(magic, 5, 0, 0), ipc_malformed_reply},
+        {reply_packet(magic, ipc_wire::kNotAllowed, 0, 0), ipc_not_allowed},
         {reply_packet(magic, ipc_wire::kAnsweredEmpty, 4, 4), ipc_malformed_reply},
         {reply_packet(magic, ipc_wire::kMalformed, 0, 0), ipc_refused},
         {reply_packet(magic, 0, 9, 9), ipc_reply_too_large},
