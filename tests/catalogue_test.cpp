@@ -565,6 +565,29 @@ TEST_F(Catalogue, RowsAreCompletedBeforeTheyAreUpdated) {
         EXPECT_EQ(query("select " + c.question + " from " + c.table + (grouped ? " group by 1" : "")),
                   c.answer);
     }
+    // Rows under each other's keys: a row that is made takes none away.
+    const struct {
+        const char *rows, *function, *question, *answer;
+        int given;
+    } displaced[] = {
+        {"line_detect_table(idx, chan_no, line_no) values(1,1,5),(2,1,2),(3,1,3),(4,1,4),(5,1,9),(6,1,6),(7,1,7),(8,1,8)",
+         "db_set_line_detect_config",
+         "count(*), count(distinct line_no), max(line_no), sum(linePoint <> '') from line_detect_table",
+         "8|8|8|8", 0},
+        {"intelligent_polygon(idx, process_type, chan_no, scene_no, rule_no) values(2,3,1,1,1),(3,3,1,1,2),(17,3,1,1,3)",
+         "db_save_intelligent_qor_scene",
+         "count(*), count(distinct scene_no * 16 + rule_no), sum(x_coords <> '') from intelligent_polygon where process_type = 3",
+         "160|160|160", 0},
+        {"intelligent_polygon(idx, process_type, chan_no, scene_no, rule_no, x_coords) values(2,3,1,1,1,'5'),(1,3,1,2,1,'7')",
+         "db_save_intelligent_scene_single",
+         "count(*) from intelligent_polygon where process_type = 3 and scene_no = 2 and rule_no = 1", "1", 2},
+    };
+    for (const auto& c : displaced) {
+        fresh_database();
+        sql(std::string("insert into ") + c.rows);
+        EXPECT_EQ(run(c.function, {0, 0}, c.given), 0) << c.rows;
+        EXPECT_EQ(query(std::string("select ") + c.question), c.answer) << c.rows;
+    }
     EXPECT_EQ(run("db_save_sdi_local_output_config"), 0);  // its row is another table's to make
     EXPECT_EQ(query("select count(*) from front_other_config"), "0");
 }

@@ -78,6 +78,7 @@ std::string rows_of(const Statement& s, const Table* scoped, Purpose purpose) {
 bool serves_a_save(const Statement& s, Purpose purpose) {
     switch (purpose) {
         case Purpose::run:
+        case Purpose::take_place:
         case Purpose::ask:
         case Purpose::ask_rows:
         case Purpose::count:
@@ -105,11 +106,11 @@ bool is_scope(const Table& t, const KeyColumn& k, Purpose purpose) {
 std::string executable(const Statement& s, Purpose purpose, const Table* scoped) {
     switch (purpose) {
         case Purpose::run:
-            // A default row takes the place of one that has its key and lies outside of the rows that were counted.
-            return s.verb == Verb::insert
-                       ? "insert or replace" +
-                             parametrised(s, std::string_view("insert").size(), s.text.size())
-                       : parametrised(s, 0, s.text.size());
+        case Purpose::take_place:
+            if (s.verb != Verb::insert)
+                return parametrised(s, 0, s.text.size());
+            return (purpose == Purpose::run ? "insert or ignore" : "insert or replace") +
+                   parametrised(s, std::string_view("insert").size(), s.text.size());
         case Purpose::ask:
             return question(s);
         case Purpose::ask_rows:
