@@ -47,6 +47,7 @@
 #include "catalogue.h"
 #include "engine.h"
 #include "schedules.h"
+#include "seal.h"
 
 using namespace dbshell;
 
@@ -82,6 +83,10 @@ class Core : public testing::Test {
     }
     ~Core() override {
         answer_again();
+        // Whatever was stored, and however it ended: the seal is true.
+        if (get_db_handle() != nullptr && sqlite3_get_autocommit(get_db_handle()) != 0) {
+            EXPECT_NE(read_sealed(get_db_path()).seal, Seal::rotten);
+        }
         close_database();
         set_cfg_param(nullptr);
         log_level(6);

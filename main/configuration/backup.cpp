@@ -8,6 +8,7 @@
 #include "files.h"
 #include "log.h"
 #include "recovery.h"
+#include "rot.h"
 #include "sec_db_enc.h"
 #include "state.h"
 #include "store.h"
@@ -46,9 +47,10 @@ bool backup_db_file() {
             DB_LOG(kError, "the damaged database cannot be made anew\n");
         return false;
     }
+    mend_rot(get_db_path(), get_db_backup_path());
     bool copied = !differs_from_backup();
     for (int attempt = 0; !copied && attempt < kAttempts; ++attempt)
-        copied = copy_file(get_db_backup_path(), get_db_path()) == 0;
+        copied = refresh_backup();
     return copied;
 }
 

@@ -15,6 +15,7 @@
 #include "files.h"
 #include "log.h"
 #include "operation_log.h"
+#include "seal.h"
 #include "store.h"
 #include "well_known.h"
 
@@ -97,7 +98,7 @@ bool repair(const char* path) {
     DB_LOG_AS(kError, "db_isok", "try to restore database %s\n", path);
     NewFile next(path);
     return (std::remove(kDumpFile) == 0 || errno == ENOENT) && run(kDump, path) && is_dump_whole() &&
-           run(kReload, next.path()) && settle_pages(next.path()) &&
+           run(kReload, next.path()) && settle_pages(next.path()) && take_seal(next.path(), path) &&
            check_inactive_db_integrity(next.path()) == 0 && has_all_tables(next.path(), path) &&
            next.take_place();
 }

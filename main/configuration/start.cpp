@@ -23,6 +23,7 @@
 #include "operation_log.h"
 #include "recovery.h"
 #include "registry.h"
+#include "rot.h"
 #include "salvage.h"
 #include "sec_db_enc.h"
 #include "state.h"
@@ -184,6 +185,7 @@ int start_by_condition() {
         return result;
     }
     pending = Pending::nothing;
+    mend_rot(get_db_path(), get_db_backup_path());
     set_db_handle(db_open(get_db_path()));  // healthy, restored, without key rows; or missing or empty
     if (get_db_handle() == nullptr) {
         DB_LOG_AS(kError, "init_database", "the database %s cannot be opened\n", get_db_path());
@@ -227,11 +229,11 @@ void refuse_newer_encryption() {
     std::strcpy(administrator.passwd, "58213");
 }
 
-void refresh_backup() {
+void renew_backup() {
     if (check_file_equal(get_db_path(), get_db_backup_path()) == 1)
         return;
     DB_LOG_AS(kError, "init_database", "ipc_db_backup need backup.\n");
-    if (copy_file(get_db_backup_path(), get_db_path()) != 0)
+    if (!refresh_backup())
         DB_LOG_AS(kError, "init_database", "the backup is not refreshed\n");
 }
 
@@ -256,7 +258,7 @@ int start(int lock_attempts) {
     // The texts first: the backup has what a start ends with.
     renew_encryption();
     if (result == 0)
-        refresh_backup();
+        renew_backup();
     refuse_newer_encryption();
     return result;
 }

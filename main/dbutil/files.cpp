@@ -141,7 +141,7 @@ void NewFile::remove() const {
         DB_LOG_AS(kError, "NewFile", "%s cannot be removed, errno = %d\n", path(), errno);
 }
 
-int copy_file(const char* to, const char* from) {
+int copy_file(const char* to, const char* from, bool (*accepted)(const char* copy)) {
     constexpr mode_t kMode = 0644;
     if (to == nullptr || from == nullptr)
         return -1;
@@ -152,5 +152,8 @@ int copy_file(const char* to, const char* from) {
     unique_fd copy(open(next.path(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, kMode));
     const bool whole =
         copy && fchmod(copy.get(), kMode) == 0 && append_content(copy, source) && fdatasync(copy.get()) == 0;
-    return whole && close(copy.release()) == 0 && next.take_place() ? 0 : -1;
+    return whole && close(copy.release()) == 0 && (accepted == nullptr || accepted(next.path())) &&
+                   next.take_place()
+               ? 0
+               : -1;
 }

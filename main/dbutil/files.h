@@ -40,8 +40,8 @@ class NewFile {
 [[nodiscard]] bool sync_file(const char* path);
 [[nodiscard]] bool sync_folder_of(const char* path);
 
-// Copies a file over another, which stays as it is on failure.  0 or -1.
-[[nodiscard]] int copy_file(const char* to, const char* from);
+// Copies a file over another, which stays as it is on failure, also when the copy is not `accepted`.  0 or -1.
+[[nodiscard]] int copy_file(const char* to, const char* from, bool (*accepted)(const char* copy) = nullptr);
 
 // Removes the rollback journal of a database file that is no more.  False: it is still there.
 [[nodiscard]] bool remove_journal(const char* path);

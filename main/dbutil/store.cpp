@@ -16,6 +16,7 @@
 #include "operation_log.h"
 #include "repair.h"
 #include "schema.h"
+#include "seal.h"
 #include "well_known.h"
 
 namespace {
@@ -90,6 +91,7 @@ void set_db_handle(db_handle db) {
     if (process_handle != nullptr)
         db_close(&process_handle);
     process_handle = db;
+    seal_watches(db);
 }
 
 db_handle release_db_handle() {
@@ -206,10 +208,10 @@ int db_prepare(StatementKey key, const std::function<std::string()>& sql, sqlite
 }
 
 int db_step(sqlite3_stmt* statement, std::string_view repaired) {
-    int rc = sqlite3_step(statement);
+    int rc = seal_step(statement);
     while (can_repair(rc, repaired)) {
         sqlite3_reset(statement);
-        rc = sqlite3_step(statement);
+        rc = seal_step(statement);
     }
     return rc;
 }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "log.h"
+#include "seal.h"
 #include "store.h"
 
 namespace {
@@ -16,6 +17,7 @@ int begin(db_handle db, const char* sql) {
     if (db != nullptr && sqlite3_get_autocommit(db) == 0)
         db_rollback();
     spoilt = false;
+    seal_begins();
     return db_execsql(db, sql);
 }
 
@@ -77,7 +79,9 @@ void db_rollback() {
 }
 
 int db_commit() {
-    const int rc = spoilt ? SQLITE_ABORT : db_execsql(get_db_handle(), "COMMIT;");
+    int rc = spoilt ? SQLITE_ABORT : seal_transaction();
+    if (rc == 0)
+        rc = db_execsql(get_db_handle(), "COMMIT;");
     if (rc == 0)
         return 0;
     DB_LOG(kError, "COMMIT err\n");
@@ -92,7 +96,10 @@ bool db_transaction_lost() {
 Savepoint::Savepoint() : open_(db_execsql(get_db_handle(), "savepoint table_function;") == 0) {}
 
 Savepoint::~Savepoint() {
-    if (open_ && !db_transaction_lost() &&
+    if (!open_)
+        return;
+    seal_loses_count();
+    if (!db_transaction_lost() &&
         db_execsql(get_db_handle(), "rollback to table_function; release table_function;") != 0)
         spoilt = true;
 }

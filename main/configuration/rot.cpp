@@ -1,0 +1,202 @@
+#include "rot.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <bit>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <unordered_map>
+#include <vector>
+
+#include "carried_rows.h"
+#include "files.h"
+#include "health.h"
+#include "log.h"
+#include "operation_log.h"
+#include "row_digest.h"
+#include "seal.h"
+#include "store.h"
+#include "transaction.h"
+
+namespace {
+
+constexpr const char* kSourceFile = "main/dbutil.c";
+
+// So few that a digest of 32 bits is not made true by chance.
+constexpr std::size_t kMostReplacements = 100'000, kMostOfPairs = 1'000;
+
+struct Row {
+    uint32_t hash;
+    int64_t rowid;
+    bool operator<(const Row& other) const { return hash < other.hash; }
+};
+using Rows = std::map<std::string, std::vector<Row>, std::less<>>;
+
+// What would put one row back: a row of the backup comes for one of the main database, or either alone.
+struct Replacement {
+    const std::string* table;  // the key of the backup's rows
+    std::optional<Row> goes, comes;
+    [[nodiscard]] uint32_t difference() const { return (comes ? comes->hash : 0) - (goes ? goes->hash : 0); }
+    [[nodiscard]] bool shares_a_row(const Replacement& other) const {
+        const auto same = [](const std::optional<Row>& a, const std::optional<Row>& b) {
+            return a && b && a->rowid == b->rowid;
+        };
+        return table == other.table && (same(goes, other.goes) || same(comes, other.comes));
+    }
+};
+
+Rows rows_of(DatabaseImage image) {
+    Rows rows;
+    const bool whole = for_each_stored_row(image, [&](std::string_view table, int64_t rowid, uint32_t hash) {
+        auto found = rows.find(table);
+        if (found == rows.end())
+            found = rows.try_emplace(std::string(table)).first;
+        found->second.push_back({hash, rowid});
+    });
+    rows.erase("sqlite_master");
+    if (!whole)
+        rows.clear();
+    for (auto& [table, of_table] : rows)
+        std::sort(of_table.begin(), of_table.end());
+    return rows;
+}
+
+// Every single row that could have rotted; empty when there are too many.
+std::vector<Replacement> replacements(const Rows& main, const Rows& backup) {
+    std::vector<Replacement> all;
+    for (const auto& [table, kept] : backup) {
+        const auto found = main.find(table);
+        if (found == main.end())
+            continue;
+        std::vector<Row> go, come;
+        std::set_difference(found->second.begin(), found->second.end(), kept.begin(), kept.end(),
+                            std::back_inserter(go));
+        std::set_difference(kept.begin(), kept.end(), found->second.begin(), found->second.end(),
+                            std::back_inserter(come));
+        if (all.size() + (go.size() + 1) * (come.size() + 1) > kMostReplacements)
+            return {};
+        for (const Row& row : come)
+            all.push_back({&table, {}, row});
+        for (const Row& row : go) {
+            all.push_back({&table, row, {}});
+            for (const Row& other : come)
+                all.push_back({&table, row, other});
+        }
+    }
+    return all;
+}
+
+// The one or two replacements that make up for the difference; empty: there are none.
+std::vector<Replacement> explanation(const std::vector<Replacement>& all, uint32_t difference) {
+    for (const Replacement& one : all)
+        if (one.difference() == difference)
+            return {one};
+    if (all.size() > kMostOfPairs)
+        return {};
+    std::unordered_multimap<uint32_t, const Replacement*> by_difference;
+    for (const Replacement& one : all)
+        by_difference.emplace(one.difference(), &one);
+    for (const Replacement& one : all) {
+        const auto [first, last] = by_difference.equal_range(difference - one.difference());
+        for (auto other = first; other != last; ++other)
+            if (other->second != &one && !one.shares_a_row(*other->second))
+                return {one, *other->second};
+    }
+    return {};
+}
+
+bool run(db_handle db, const std::string& sql) {
+    return db_execsql(db, sql.c_str()) == 0;
+}
+
+bool put_back(db_handle main, db_handle backup, const Replacement& r) {
+    if (r.goes &&
+        !run(main, "delete from " + *r.table + " where rowid = " + std::to_string(r.goes->rowid) + ";"))
+        return false;
+    if (!r.comes)
+        return true;
+    if (!carry_rows(backup, main, {.table = *r.table, .where = "rowid = " + std::to_string(r.comes->rowid)}))
+        return false;
+    // Some tables are loaded in the order of their rows.
+    const auto rowid = std::to_string(r.goes ? r.goes->rowid : r.comes->rowid),
+               added = std::to_string(sqlite3_last_insert_rowid(main));
+    if (rowid != added && !run(main, "update or ignore " + *r.table + " set rowid = " + rowid +
+                                         " where rowid = " + added + ";"))
+        return false;
+    return true;
+}
+
+// All, or none.
+bool put_back(const char* main, const char* backup, const std::vector<Replacement>& rows, uint32_t digest) {
+    if (rows.empty())
+        return false;
+    db_handle to = db_open(main), from = db_open(backup);
+    const bool done = from != nullptr && db_settle(to) == 0 && run(to, "begin immediate;") &&
+                      std::all_of(rows.begin(), rows.end(),
+                                  [&](const Replacement& row) { return put_back(to, from, row); }) &&
+                      seal_anew(to, digest) == 0 && run(to, "commit;");
+    db_close(&to);
+    db_close(&from);
+    return done;
+}
+
+// The backup takes the place of a database that may be open.
+bool restore(const char* main, const char* backup) {
+    db_handle open = release_db_handle();
+    const bool was_open = open != nullptr;
+    db_close(&open);
+    const bool copied = copy_file(main, backup, may_be_kept) == 0;
+    if (was_open)
+        set_db_handle(db_open(main));
+    return copied;
+}
+
+void mend(const SealedImage& rotten, const char* main, const char* backup) {
+    const bool has_backup = is_healthy(backup);
+    const SealedImage kept = has_backup ? read_sealed(backup) : SealedImage();
+    const Rows main_rows = rows_of(rotten.bytes), kept_rows = rows_of(kept.bytes);
+    const auto rows = explanation(replacements(main_rows, kept_rows), rotten.stored - rotten.counted);
+    DB_LOG_AS(kError, "mend_rot", "%s has rotted: digest %08x, stored %08x\n", main, rotten.counted,
+              rotten.stored);
+    if (put_back(main, backup, rows, rotten.stored))
+        return log_operation("[%s]rotten.%d rows put back\n", main, static_cast<int>(rows.size()));
+    if (std::has_single_bit(rotten.stored ^ rotten.counted) && seal_file(main))
+        return log_operation("[%s]digest rotten\n", main);
+    if (kept.seal == Seal::intact && restore(main, backup))
+        return log_operation("[%s]rotten.Restored\n", main);
+    log_operation("[%s]rotten\n", main);
+    // What no backup can mend, the device has to live with.
+    if (kept.seal != Seal::intact && !seal_file(main))
+        DB_LOG_AS(kError, "mend_rot", "%s cannot be sealed\n", main);
+}
+
+}  // namespace
+
+void mend_rot(const char* main, const char* backup) {
+    const SealedImage image = read_sealed(main);
+    switch (image.seal) {
+        case Seal::intact:
+        case Seal::unknown:
+            return;
+        case Seal::none:
+        case Seal::broken:
+            DB_LOG(kNotice, "%s was written without a seal\n", main);
+            if (!seal_file(main))
+                DB_LOG(kError, "%s cannot be sealed\n", main);
+            return;
+        case Seal::rotten:
+            return mend(image, main, backup);
+    }
+}
+
+bool refresh_backup() {
+    if (db_begin_to_load() != 0)
+        return false;
+    const bool copied = copy_file(get_db_backup_path(), get_db_path(), may_be_kept) == 0;
+    db_rollback();
+    return copied;
+}

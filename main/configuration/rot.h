@@ -1,0 +1,16 @@
+// Silent corruption: rows of the main database that are not what was stored, though nobody wrote them and SQLite's integrity check
+// finds nothing.  They are found by the file's seal (seal.h).
+#ifndef CONFIGURATION_ROT_H
+#define CONFIGURATION_ROT_H
+
+// Mends the main database.  One row or two are put back from the backup where that makes the seal true, so that all that
+// is newer stays; otherwise a digest that rotted itself is counted anew, or the backup is restored, where its own seal is
+// true; otherwise the database stays as it is.  Each with a line in the operation log.  A database that was edited, or
+// never sealed, is sealed as it is.  Outside of a transaction; the process-wide handle stays open on the database.
+void mend_rot(const char* main, const char* backup);
+
+// Copies the main database over the backup, while no other process writes it.  False when it could not be copied, or has
+// rotted and could not be mended.
+[[nodiscard]] bool refresh_backup();
+
+#endif

@@ -1,0 +1,304 @@
+// The hook is declared by SQLite's header only then.
+#define SQLITE_ENABLE_PREUPDATE_HOOK 1
+#include "seal.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <array>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "files.h"
+#include "log.h"
+#include "row_digest.h"
+#include "store.h"
+#include "unique_fd.h"
+
+#pragma weak sqlite3_preupdate_hook
+#pragma weak sqlite3_preupdate_old
+#pragma weak sqlite3_preupdate_new
+#pragma weak sqlite3_preupdate_count
+
+namespace {
+
+constexpr const char* kSourceFile = "main/dbutil.c";
+
+// Beyond these it is cheaper to count all rows.
+constexpr int kRowsOneByOne = 512;
+
+struct Changes {
+    uint32_t sum = 0;  // of the rows that came, less those that went
+    int rows = 0;
+    bool uncountable = false;
+};
+Changes changes;
+bool stepping = false;  // what fails then is seen
+
+bool has_hook() {
+    return &sqlite3_preupdate_hook != nullptr;
+}
+
+using ReadValue = int (*)(sqlite3*, int, sqlite3_value**);
+
+void add_value(RowHash& hash, int column, sqlite3_value* value) {
+    const auto text = [value](const void* bytes) {
+        return std::string_view(static_cast<const char*>(bytes),
+                                static_cast<std::size_t>(sqlite3_value_bytes(value)));
+    };
+    switch (sqlite3_value_type(value)) {
+        case SQLITE_INTEGER:
+            return hash.integer(column, sqlite3_value_int64(value));
+        case SQLITE_FLOAT:
+            return hash.real(column, sqlite3_value_double(value));
+        case SQLITE_TEXT:
+            return hash.text(column, text(sqlite3_value_text(value)));
+        case SQLITE_BLOB:
+            return hash.blob(column, text(sqlite3_value_blob(value)));
+        default:
+            return;
+    }
+}
+
+uint32_t hash_of(sqlite3* db, uint64_t table, ReadValue read) {
+    RowHash hash(table);
+    const int columns = sqlite3_preupdate_count(db);
+    for (int column = 0; column < columns; ++column) {
+        sqlite3_value* value = nullptr;
+        if (read(db, column, &value) != SQLITE_OK)
+            changes.uncountable = true;
+        else
+            add_value(hash, column, value);
+    }
+    return hash.value();
+}
+
+uint64_t seed_of(const char* table) {
+    static std::unordered_map<std::string, uint64_t> seeds;
+    const auto [seed, added] = seeds.try_emplace(table);
+    if (added)
+        seed->second = RowHash::of_table(table);
+    return seed->second;
+}
+
+void row_changes(void*, sqlite3* db, int operation, const char*, const char* table, sqlite3_int64,
+                 sqlite3_int64) {
+    changes.uncountable = changes.uncountable || !stepping || ++changes.rows > kRowsOneByOne;
+    if (changes.uncountable)
+        return;
+    const uint64_t seed = seed_of(table);
+    if (operation != SQLITE_INSERT)
+        changes.sum -= hash_of(db, seed, sqlite3_preupdate_old);
+    if (operation != SQLITE_DELETE)
+        changes.sum += hash_of(db, seed, sqlite3_preupdate_new);
+}
+
+// ------------------------------------------------------------------------------------- images
+
+sqlite3_file* file_of(sqlite3* db) {
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file));
+    return file != nullptr && file->pMethods != nullptr ? file : nullptr;
+}
+
+// The file's first bytes, zeros where it is shorter.  False: it cannot be read.
+bool read_file(sqlite3* db, std::byte* bytes, int size) {
+    sqlite3_file* const file = file_of(db);
+    if (file == nullptr)
+        return false;
+    const int rc = file->pMethods->xRead(file, bytes, size, 0);
+    return rc == SQLITE_OK || rc == SQLITE_IOERR_SHORT_READ;
+}
+
+std::vector<std::byte> file_image(sqlite3* db) {
+    std::vector<std::byte> image;
+    sqlite3_file* const file = file_of(db);
+    sqlite3_int64 size = 0;
+    if (file == nullptr || file->pMethods->xFileSize(file, &size) != SQLITE_OK || size > INT32_MAX)
+        return image;
+    image.resize(static_cast<std::size_t>(size));
+    if (!read_file(db, image.data(), static_cast<int>(size)))
+        image.clear();
+    return image;
+}
+
+std::optional<FileHeader> header_of_file(sqlite3* db) {
+    std::byte bytes[kFileHeaderBytes] = {};
+    if (!read_file(db, bytes, sizeof bytes))
+        return {};
+    return header_of(bytes);
+}
+
+std::optional<uint32_t> digest_of_file(sqlite3* db) {
+    return digest_of(file_image(db));
+}
+
+// As the transaction has made it.
+std::optional<uint32_t> digest_of_transaction(sqlite3* db) {
+    sqlite3_int64 size = 0;
+    const std::unique_ptr<unsigned char, decltype(&sqlite3_free)> image(
+        sqlite3_serialize(db, "main", &size, 0), sqlite3_free);
+    if (image == nullptr)
+        return {};
+    return digest_of({reinterpret_cast<const std::byte*>(image.get()), static_cast<std::size_t>(size)});
+}
+
+int store_seal(sqlite3* db, uint32_t digest, uint32_t counter) {
+    const std::string sql = "pragma user_version = " + std::to_string(static_cast<int32_t>(digest)) +
+                            "; pragma application_id = " + std::to_string(static_cast<int32_t>(counter)) +
+                            ";";
+    return db_execsql(db, sql.c_str());
+}
+
+uint32_t schema_version_of(sqlite3* db) {
+    db_cursor cursor;
+    if (db_query_open_v2(db, "pragma schema_version;", &cursor) != 0)
+        return 0;
+    const char* text = db_query_fields_v2(&cursor, "schema_version", 0);
+    return text == nullptr ? 0 : static_cast<uint32_t>(std::strtoll(text, nullptr, 10));
+}
+
+template <class Stores>
+bool in_own_transaction(const char* path, Stores store) {
+    db_handle db = db_open(path);
+    const bool stored = db_settle(db) == 0 && db_execsql(db, "begin immediate;") == 0 && store(db) == 0 &&
+                        db_execsql(db, "commit;") == 0;
+    db_close(&db);
+    return stored;
+}
+
+// Pages that were written before the commit: the file is not any more what the transaction began with.
+bool has_spilled(sqlite3* db) {
+    int spilled = 0, highest = 0;
+    return sqlite3_db_status(db, SQLITE_DBSTATUS_CACHE_SPILL, &spilled, &highest, 0) != SQLITE_OK ||
+           spilled > 0;
+}
+
+// Rot that is there before stays visible: what is added to the digest is what the transaction changed.
+std::optional<uint32_t> digest_to_store(sqlite3* db, const FileHeader& header, bool schema_changed) {
+    if (!header.is_sealed())
+        return digest_of_transaction(db);
+    if (!schema_changed && !changes.uncountable)
+        return header.digest + changes.sum;
+    const auto after = digest_of_transaction(db);
+    const auto before = has_spilled(db) ? std::optional<uint32_t>() : digest_of_file(db);
+    return after && before ? header.digest + *after - *before : after;
+}
+
+}  // namespace
+
+// ------------------------------------------------------------------------------------- what transactions do
+
+void seal_watches(db_handle db) {
+    if (has_hook())
+        sqlite3_preupdate_hook(db, row_changes, nullptr);
+    static bool said = false;
+    if (has_hook() || std::exchange(said, true))
+        return;
+    DB_LOG(kError, "this SQLite has no pre-update hook: the database gets no seal\n");
+}
+
+void seal_begins() {
+    changes = {};
+    int spilled = 0, highest = 0;
+    if (get_db_handle() != nullptr)
+        sqlite3_db_status(get_db_handle(), SQLITE_DBSTATUS_CACHE_SPILL, &spilled, &highest, 1);
+}
+
+int seal_step(sqlite3_stmt* statement) {
+    stepping = true;
+    const int rc = sqlite3_step(statement);
+    stepping = false;
+    if (rc != SQLITE_ROW && rc != SQLITE_DONE)
+        seal_loses_count();  // what the statement did before is undone
+    return rc;
+}
+
+void seal_loses_count() {
+    changes.uncountable = true;
+}
+
+int seal_transaction() {
+    sqlite3* const db = get_db_handle();
+    if (!has_hook() || db == nullptr || sqlite3_txn_state(db, "main") != SQLITE_TXN_WRITE)
+        return SQLITE_OK;
+    const auto header = header_of_file(db);
+    if (!header)
+        return SQLITE_IOERR;
+    const bool schema_changed = schema_version_of(db) != header->schema_version;
+    if (changes.rows == 0 && !changes.uncountable && !schema_changed)
+        return SQLITE_OK;
+    const auto digest = digest_to_store(db, *header, schema_changed);
+    return digest ? store_seal(db, *digest, header->counter + 1) : SQLITE_OK;
+}
+
+// ------------------------------------------------------------------------------------- what files are
+
+SealedImage read_sealed(db_handle db) {
+    SealedImage image;
+    if (!has_hook() || db_execsql(db, "begin;") != 0)
+        return image;
+    if (db_execsql(db, "select 1 from sqlite_master limit 1;") == 0)
+        image.bytes = file_image(db);
+    if (db_execsql(db, "rollback;") != 0)
+        return {};
+    const FileHeader header = header_of(image.bytes);
+    const auto counted = digest_of(image.bytes);
+    if (!counted)
+        return image;
+    image.stored = header.digest;
+    image.counted = *counted;
+    image.seal = !header.has_digest()            ? Seal::none
+                 : !header.is_sealed()           ? Seal::broken
+                 : image.stored == image.counted ? Seal::intact
+                                                 : Seal::rotten;
+    return image;
+}
+
+SealedImage read_sealed(const char* path) {
+    if (check_file_not_empty(path) != 0)
+        return {};
+    db_handle db = db_connect(0, path, 0, 0);
+    SealedImage image = read_sealed(db);
+    db_disconnect(db);
+    return image;
+}
+
+int seal_anew(db_handle db, std::optional<uint32_t> expected) {
+    const auto header = header_of_file(db);
+    const auto digest = digest_of_transaction(db);
+    if (!header || !digest)
+        return SQLITE_IOERR;
+    if (expected && *expected != *digest)
+        return SQLITE_MISMATCH;
+    return store_seal(db, *digest, header->counter + 1);
+}
+
+bool seal_file(const char* path) {
+    return in_own_transaction(path, [](db_handle db) { return seal_anew(db); });
+}
+
+bool take_seal(const char* path, const char* of) {
+    std::array<std::byte, kFileHeaderBytes> bytes{};
+    const unique_fd file(open(of, O_RDONLY | O_CLOEXEC));
+    if (!file || pread(file.get(), bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size()))
+        return false;
+    const FileHeader old = header_of(bytes);
+    if (!has_hook() || !old.is_sealed())
+        return true;
+    return in_own_transaction(path, [&](db_handle db) {
+        const auto header = header_of_file(db);
+        return header ? store_seal(db, old.digest, header->counter + 1) : SQLITE_IOERR;
+    });
+}
+
+bool may_be_kept(const char* copy) {
+    if (!has_hook())
+        return true;
+    const Seal seal = read_sealed(copy).seal;
+    return seal != Seal::rotten && (seal != Seal::unknown || check_inactive_db_integrity(copy) >= 0);
+}

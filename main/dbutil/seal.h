@@ -1,0 +1,64 @@
+// The seal of a database file: the digest of its rows (row_digest.h) in its header, stored by the commit that it belongs
+// to.  A file whose seal is not of its rows, and that nobody has written since, has rotted.
+//
+//   seal_watches(db);             // once, when the process-wide handle is set
+//   seal_begins();                // a transaction
+//   ...;
+//   return seal_transaction() == 0 && db_execsql(db, "COMMIT;") == 0;
+//
+// Each row that a prepared statement changes is told by SQLite's pre-update hook.  A transaction that changes many rows, the
+// schema, or anything by an SQL text, is counted as a whole.  Where SQLite was built without the hook there are no seals, which is said once.
+#ifndef DBUTIL_SEAL_H
+#define DBUTIL_SEAL_H
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "device_db.h"
+
+struct sqlite3_stmt;
+
+// ------------------------------------------------------------------------------------- what transactions do
+
+void seal_watches(db_handle db);
+void seal_begins();
+// sqlite3_step.
+[[nodiscard]] int seal_step(sqlite3_stmt* statement);
+// Something was undone that the hook had told before.
+void seal_loses_count();
+// Stores the seal of the process-wide handle's transaction, if that changed anything.  0, or SQLite's code.
+[[nodiscard]] int seal_transaction();
+
+// ------------------------------------------------------------------------------------- what files are
+
+enum class Seal {
+    intact,
+    none,     // written by a release that knew no seals
+    broken,   // another program wrote the file
+    rotten,   // nobody did, and the rows are other ones
+    unknown,  // not a whole database, another process's, or there are no seals
+};
+
+struct SealedImage {
+    Seal seal = Seal::unknown;
+    uint32_t stored = 0, counted = 0;  // digests
+    std::vector<std::byte> bytes = {};
+};
+
+// Reads the file, not what SQLite remembers of it, while no other process writes it.  Of a handle outside of a transaction.
+[[nodiscard]] SealedImage read_sealed(db_handle db);
+[[nodiscard]] SealedImage read_sealed(const char* path);
+
+// Seals the rows as they are, within a transaction of the handle; only when their digest is `expected`, where that is given.
+// 0, or SQLite's code.
+[[nodiscard]] int seal_anew(db_handle db, std::optional<uint32_t> expected = {});
+// The same in a transaction of its own.
+[[nodiscard]] bool seal_file(const char* path);
+// Gives a file the seal of the one that its rows were read from.  Whether they are the rows that were sealed, shows then.
+[[nodiscard]] bool take_seal(const char* path, const char* of);
+// A copy of a database may take the place of an older one: it has not rotted, nor was it torn by another writer.
+[[nodiscard]] bool may_be_kept(const char* copy);
+
+#endif

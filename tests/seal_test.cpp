@@ -1,0 +1,153 @@
+// The seal of the database: kept by every write, true after a vacuum and a reload, and what it finds is mended.
+#include "seal.h"
+
+#include "core_fixture.h"
+#include "row_digest.h"
+
+namespace {
+
+class SealTest : public Core {
+  protected:
+    static Seal seal() { return read_sealed(get_db_path()).seal; }
+    static void edit(const std::string& text) {
+        db_handle db = db_connect(0, get_db_path(), 0, 0);
+        EXPECT_EQ(db_execsql(db, text.c_str()), 0) << text;
+        db_disconnect(db);
+    }
+    static void store(const std::string& text) {
+        ASSERT_EQ(db_begin(), 0);
+        sqlite3_stmt* statement = nullptr;
+        if (db_prepare(
+                {text.c_str()}, [&] { return text; }, &statement) == 0) {
+            while (db_step(statement, {}) == SQLITE_ROW) {
+            }
+            sqlite3_reset(statement);
+        }
+        ASSERT_EQ(db_commit(), 0) << text;
+    }
+    std::string record_bytes() const {
+        return {reinterpret_cast<const char*>(record_.get()), sizeof(DEVICECONFIG)};
+    }
+    // What a start loads of these files.
+    std::string started(const std::string& main, const std::string& backup) {
+        close_database();
+        std::filesystem::remove(path("db_op_info.log"));
+        write_file(get_db_path(), main);
+        write_file(get_db_backup_path(), backup);
+        wipe();
+        EXPECT_EQ(init_database(), 0);
+        return record_bytes();
+    }
+};
+
+TEST_F(SealTest, IsKeptByEveryWrite) {
+    randomise(1);
+    save_all();
+    EXPECT_EQ(seal(), Seal::intact);
+    std::set<std::string_view> not_sealed;
+    randomise(2);
+    for (const Table* table : all_tables())
+        if (!table->set.empty()) {
+            EXPECT_EQ(run(table->set), 0) << table->set;
+            if (seal() != Seal::intact)
+                not_sealed.insert(table->set);
+        }
+    EXPECT_THAT(not_sealed, testing::IsEmpty());
+    for (const char* text : {
+             "delete from ipaddr_list",
+             "insert into ipaddr_list(idx) values(7), (8), (9)",
+             "replace into ipaddr_list(idx) values(8)",
+             "update ipaddr_list set idx = idx + 10",
+             "update ipaddr_list set idx = 1",  // fails at its second row
+             "insert into ipaddr_list(idx) values(3), (4), (18)",
+             "alter table ipaddr_list add column more int default 5",
+             "update ipaddr_list set more = 6 where idx = 18",
+             "delete from ipaddr_list where idx = 17",
+             "alter table ipaddr_list drop column more",
+             "create table other(a real, b blob, c text, d integer, primary key(d))",
+             "insert into other values(2, x'0102', 'x', 4)",
+             "insert into other values(0.5, null, '', null)",
+             "insert into other values('text', 1e300, -1, 9)",
+             "update other set a = 3 where d = 4",
+             "create table third(a real, b blob, c text, d integer primary key)",
+             "insert into third select * from other",
+             "update third set a = 1, d = d + 100",
+             "create table long(id integer primary key, text varchar(9000))",
+             "insert into long values(1, printf('%.9000c', 'x'))",
+             "update long set text = text || 'y'",
+             "with recursive n(i) as (values(2) union all select i + 1 from n where i < 900) "
+             "insert into long select i, 'z' || i from n",
+             "drop table third",
+         }) {
+        store(text);
+        EXPECT_EQ(seal(), Seal::intact) << text;
+    }
+    ASSERT_EQ(db_begin(), 0);
+    sql("update long set text = 'a' where id = 5");
+    {
+        const Savepoint savepoint;
+        sql("update long set text = 'b' where id < 9");
+    }
+    ASSERT_EQ(db_commit(), 0);
+    EXPECT_EQ(seal(), Seal::intact);
+    EXPECT_EQ(query("select count(*) from long where text in ('a', 'b')"), "1");
+    // What shows no rowid may be numbered anew.
+    const uint32_t digest = read_sealed(get_db_path()).counted;
+    edit("vacuum;");
+    EXPECT_EQ(read_sealed(get_db_path()).counted, digest);
+    const std::string copy = path("reloaded");
+    ASSERT_EQ(std::system(("sqlite3 " + std::string(get_db_path()) + " .dump | sqlite3 " + copy).c_str()), 0);
+    EXPECT_EQ(read_sealed(copy.c_str()).counted, digest);
+}
+
+TEST_F(SealTest, AnEditByAnotherProgramStays) {
+    EXPECT_EQ(init_database(), 0);
+    EXPECT_EQ(seal(), Seal::intact);
+    for (const char* text : {"update chn_info set name = 'edited'", "pragma user_version = 7",
+                             "pragma journal_mode = wal; update chn_info set name = 'edited again'"}) {
+        close_database();
+        std::filesystem::remove(path("db_op_info.log"));
+        edit(text);
+        EXPECT_EQ(seal(), Seal::broken) << text;
+        EXPECT_EQ(init_database(), 0);
+        EXPECT_EQ(seal(), Seal::intact) << text;
+        EXPECT_EQ(operation_log(), "") << text;
+    }
+    EXPECT_EQ(query("select distinct name from chn_info"), "edited again");
+    EXPECT_EQ(content(get_db_path()), content(get_db_backup_path()));
+}
+
+// One bit of the main database flips; the backup is a little older.  FLIPS tells how often.
+TEST_F(SealTest, NoFlippedBitIsLoadedAsASetting) {
+    randomise(3);
+    save_all();
+    store("insert into db_version(version) values(" + std::to_string(kCurrentVersion) + ")");
+    const std::string before = content(get_db_path());
+    const std::string as_of_backup = started(before, before);
+    const std::string backup = content(get_db_backup_path());
+    std::strcpy(r_.channel[0].name, "newer");
+    EXPECT_EQ(run("db_set_chn_info"), 0);
+    const std::string main = content(get_db_path()), newest = started(main, backup);
+    ASSERT_NE(newest, as_of_backup);
+
+    std::map<std::string, int> outcomes;
+    std::mt19937 random(4);
+    const char* const flips = std::getenv("FLIPS");
+    for (int i = flips != nullptr ? std::atoi(flips) : 50; i > 0; --i) {
+        std::string flipped = main;
+        const std::size_t at = random() % flipped.size();
+        flipped[at] = static_cast<char>(flipped[at] ^ 1 << random() % 8);
+        const std::string loaded = started(flipped, backup), log = operation_log();
+        const bool restored = log.find("Restored") != log.npos || log.find("Main Db is broken") != log.npos;
+        EXPECT_EQ(loaded, restored ? as_of_backup : newest) << "byte " << at << "\n" << log;
+        EXPECT_EQ(seal(), Seal::intact);
+        ++outcomes[log.find("put back") != log.npos ? "row"
+                   : log.find("digest") != log.npos ? "digest"
+                   : restored                       ? "restored"
+                                                    : "harmless"];
+    }
+    for (const auto& [outcome, count] : outcomes)
+        RecordProperty(outcome, count), std::printf("%s: %d\n", outcome.c_str(), count);
+}
+
+}  // namespace
