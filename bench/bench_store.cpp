@@ -1,6 +1,8 @@
 // The whole configuration through the engine against the same rows through raw prepared SQLite: one prepared statement a
 // table, values bound and read as they are, the same file settings, the same number of commits.
 #include <benchmark/benchmark.h>
+// The hook is declared only then.
+#define SQLITE_ENABLE_PREUPDATE_HOOK 1
 #include <sqlite3.h>
 
 #include <cstdlib>
@@ -17,6 +19,7 @@
 #include "record_access.h"
 #include "registry.h"
 #include "request.h"
+#include "seal.h"
 #include "state.h"
 #include "store.h"
 #include "transaction.h"
@@ -124,7 +127,7 @@ std::vector<RawTable> snapshot() {
 }
 
 int raw_store(const std::vector<RawTable>& tables) {
-    if (db_begin() != 0)
+    if (db_execsql(get_db_handle(), "begin;") != 0)
         return -1;
     for (const RawTable& t : tables) {
         std::string sql = "replace into " + t.name + " values(?";
@@ -148,7 +151,7 @@ int raw_store(const std::vector<RawTable>& tables) {
         }
         sqlite3_finalize(s);
     }
-    return db_commit();
+    return db_execsql(get_db_handle(), "commit;");
 }
 
 // A main application that reports 16 of whatever it is asked for.
@@ -208,6 +211,13 @@ void engine_store_changed(benchmark::State& state) {
     counters(state);
 }
 
+// Without the pre-update hook nothing is known to change, and nothing is sealed.
+void engine_store_changed_unsealed(benchmark::State& state) {
+    sqlite3_preupdate_hook(get_db_handle(), nullptr, nullptr);
+    engine_store_changed(state);
+    seal_watches(get_db_handle());
+}
+
 void raw_store_changed(benchmark::State& state) {
     bool a = false;
     for (auto _ : state) {
@@ -231,6 +241,27 @@ void engine_load(benchmark::State& state) {
     for (auto _ : state)
         if (load_all() != 0)
             fail("the load failed");
+    counters(state);
+}
+
+// As a start does it, with a connection that has read nothing yet.
+void engine_first_load(benchmark::State& state) {
+    for (auto _ : state) {
+        db_handle db = release_db_handle();
+        db_close(&db);
+        set_db_handle(db_open(get_db_path()));
+        if (load_all() != 0)
+            fail("the load failed");
+    }
+    counters(state);
+}
+
+void seal_check(benchmark::State& state) {
+    if (!seal_file(get_db_path()))
+        fail("the database cannot be sealed");
+    for (auto _ : state)
+        if (read_sealed(get_db_handle()).seal != Seal::intact)
+            fail("the database is not as it was sealed");
     counters(state);
 }
 
@@ -269,21 +300,24 @@ void raw_store_one_value(benchmark::State& state) {
     sqlite3_prepare_v2(get_db_handle(), "update netconfig_table set mtu = ? where idx = 1", -1, &s, nullptr);
     int mtu = 0;
     for (auto _ : state) {
-        if (db_begin() != 0)
+        if (db_execsql(get_db_handle(), "begin;") != 0)
             fail("the raw store failed");
         sqlite3_bind_int(s, 1, ++mtu);
         sqlite3_step(s);
         sqlite3_reset(s);
-        if (db_commit() != 0)
+        if (db_execsql(get_db_handle(), "commit;") != 0)
             fail("the raw store failed");
     }
     sqlite3_finalize(s);
 }
 
 BENCHMARK(engine_store_changed)->Unit(benchmark::kMillisecond);
+BENCHMARK(engine_store_changed_unsealed)->Unit(benchmark::kMillisecond);
 BENCHMARK(raw_store_changed)->Unit(benchmark::kMillisecond);
 BENCHMARK(engine_store_unchanged)->Unit(benchmark::kMillisecond);
 BENCHMARK(engine_load)->Unit(benchmark::kMillisecond);
+BENCHMARK(engine_first_load)->Unit(benchmark::kMillisecond);
+BENCHMARK(seal_check)->Unit(benchmark::kMillisecond);
 BENCHMARK(raw_load)->Unit(benchmark::kMillisecond);
 BENCHMARK(engine_store_one_value)->Unit(benchmark::kMillisecond);
 BENCHMARK(raw_store_one_value)->Unit(benchmark::kMillisecond);

@@ -2,7 +2,6 @@
 #include "seal.h"
 
 #include "core_fixture.h"
-#include "row_digest.h"
 
 namespace {
 

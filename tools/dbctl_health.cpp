@@ -3,12 +3,16 @@
 #include <time.h>
 
 #include <array>
+#include <fstream>
 #include <memory>
+#include <span>
+#include <sstream>
 
 #include "dbctl_commands.h"
 #include "dbctl_output.h"
 #include "device_db.h"
 #include "device_paths.h"
+#include "row_digest.h"
 #include "well_known.h"
 
 namespace {
@@ -32,6 +36,34 @@ Json number(db_handle db, const std::string& sql) {
         return nullptr;
     const char* text = db_query_fields_v2(&cursor, "n", 0);
     return text == nullptr ? Json(nullptr) : Json(std::strtol(text, nullptr, 10));
+}
+
+// The file is read while SQLite's lock keeps writers off.
+const char* seal_of_file(db_handle db, const std::string& path) {
+    db_cursor cursor;
+    Seal seal = Seal::unknown;
+    if (db_execsql(db, "begin;") == 0 &&
+        db_query_open_v2(db, "select 1 from sqlite_master limit 1;", &cursor) == 0) {
+        std::ostringstream bytes;
+        bytes << std::ifstream(path, std::ios::binary).rdbuf();
+        const std::string content = bytes.str();
+        const auto image = std::as_bytes(std::span(content));
+        seal = seal_of(image, digest_of(image));
+    }
+    db_execsql(db, "rollback;");
+    switch (seal) {
+        case Seal::intact:
+            return "intact";
+        case Seal::none:
+            return "none: of an older release";
+        case Seal::broken:
+            return "broken: another program wrote the file";
+        case Seal::rotten:
+            return "rotten: rows changed with nobody writing";
+        case Seal::unknown:
+            break;
+    }
+    return "not known";
 }
 
 struct File {
@@ -59,6 +91,10 @@ File examine(const char* name, const std::string& path) {
         problem("is damaged");
     const std::unique_ptr<sqlite3, decltype(&db_disconnect)> db(
         readable ? db_connect(0, path.c_str(), 0, 0) : nullptr, db_disconnect);
+    const std::string_view seal = seal_of_file(db.get(), path);
+    file.json["seal"] = seal;
+    if (seal.starts_with("rotten"))
+        problem("has rotted");
     for (const char* table : kKeyTables) {
         const Json rows = number(db.get(), std::string("select count(*) as n from ") + table);
         file.json["key_rows"][table] = rows;

@@ -17,7 +17,6 @@
 #include "health.h"
 #include "log.h"
 #include "operation_log.h"
-#include "row_digest.h"
 #include "seal.h"
 #include "store.h"
 #include "transaction.h"
@@ -158,7 +157,7 @@ bool restore(const char* main, const char* backup) {
 void mend(const SealedImage& rotten, const char* main, const char* backup) {
     const bool has_backup = is_healthy(backup);
     const SealedImage kept = has_backup ? read_sealed(backup) : SealedImage();
-    const Rows main_rows = rows_of(rotten.bytes), kept_rows = rows_of(kept.bytes);
+    const Rows main_rows = rows_of(rotten.image()), kept_rows = rows_of(kept.image());
     const auto rows = explanation(replacements(main_rows, kept_rows), rotten.stored - rotten.counted);
     DB_LOG_AS(kError, "mend_rot", "%s has rotted: digest %08x, stored %08x\n", main, rotten.counted,
               rotten.stored);

@@ -15,7 +15,6 @@
 
 #include "files.h"
 #include "log.h"
-#include "row_digest.h"
 #include "store.h"
 #include "unique_fd.h"
 
@@ -29,7 +28,7 @@ namespace {
 constexpr const char* kSourceFile = "main/dbutil.c";
 
 // Beyond these it is cheaper to count all rows.
-constexpr int kRowsOneByOne = 512;
+constexpr int kRowsOneByOne = 256;
 
 struct Changes {
     uint32_t sum = 0;  // of the rows that came, less those that went
@@ -114,16 +113,15 @@ bool read_file(sqlite3* db, std::byte* bytes, int size) {
     return rc == SQLITE_OK || rc == SQLITE_IOERR_SHORT_READ;
 }
 
-std::vector<std::byte> file_image(sqlite3* db) {
-    std::vector<std::byte> image;
+// Nothing where it cannot be read.
+void read_image(sqlite3* db, SealedImage& image) {
     sqlite3_file* const file = file_of(db);
     sqlite3_int64 size = 0;
     if (file == nullptr || file->pMethods->xFileSize(file, &size) != SQLITE_OK || size > INT32_MAX)
-        return image;
-    image.resize(static_cast<std::size_t>(size));
-    if (!read_file(db, image.data(), static_cast<int>(size)))
-        image.clear();
-    return image;
+        return;
+    image.bytes = std::make_unique_for_overwrite<std::byte[]>(static_cast<std::size_t>(size));
+    if (read_file(db, image.bytes.get(), static_cast<int>(size)))
+        image.size = static_cast<std::size_t>(size);
 }
 
 std::optional<FileHeader> header_of_file(sqlite3* db) {
@@ -134,7 +132,9 @@ std::optional<FileHeader> header_of_file(sqlite3* db) {
 }
 
 std::optional<uint32_t> digest_of_file(sqlite3* db) {
-    return digest_of(file_image(db));
+    SealedImage image;
+    read_image(db, image);
+    return digest_of(image.image());
 }
 
 // As the transaction has made it.
@@ -243,19 +243,13 @@ SealedImage read_sealed(db_handle db) {
     if (!has_hook() || db_execsql(db, "begin;") != 0)
         return image;
     if (db_execsql(db, "select 1 from sqlite_master limit 1;") == 0)
-        image.bytes = file_image(db);
+        read_image(db, image);
     if (db_execsql(db, "rollback;") != 0)
         return {};
-    const FileHeader header = header_of(image.bytes);
-    const auto counted = digest_of(image.bytes);
-    if (!counted)
-        return image;
-    image.stored = header.digest;
-    image.counted = *counted;
-    image.seal = !header.has_digest()            ? Seal::none
-                 : !header.is_sealed()           ? Seal::broken
-                 : image.stored == image.counted ? Seal::intact
-                                                 : Seal::rotten;
+    const auto counted = digest_of(image.image());
+    image.stored = header_of(image.image()).digest;
+    image.counted = counted.value_or(0);
+    image.seal = seal_of(image.image(), counted);
     return image;
 }
 

@@ -13,10 +13,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
-#include <vector>
 
 #include "device_db.h"
+#include "row_digest.h"
 
 struct sqlite3_stmt;
 
@@ -33,18 +34,13 @@ void seal_loses_count();
 
 // ------------------------------------------------------------------------------------- what files are
 
-enum class Seal {
-    intact,
-    none,     // written by a release that knew no seals
-    broken,   // another program wrote the file
-    rotten,   // nobody did, and the rows are other ones
-    unknown,  // not a whole database, another process's, or there are no seals
-};
-
+// Unknown also where another process holds the file, and where there are no seals.
 struct SealedImage {
     Seal seal = Seal::unknown;
     uint32_t stored = 0, counted = 0;  // digests
-    std::vector<std::byte> bytes = {};
+    std::unique_ptr<std::byte[]> bytes = {};
+    std::size_t size = 0;
+    [[nodiscard]] DatabaseImage image() const { return {bytes.get(), size}; }
 };
 
 // Reads the file, not what SQLite remembers of it, while no other process writes it.  Of a handle outside of a transaction.

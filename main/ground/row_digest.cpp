@@ -23,7 +23,7 @@ uint32_t number_at(DatabaseImage bytes, std::size_t at, std::size_t width) {
 }
 
 // Reads a variable-length integer and removes it; false where the bytes end within it.
-bool take_varint(DatabaseImage& bytes, uint64_t& value) {
+inline bool take_varint(DatabaseImage& bytes, uint64_t& value) {
     value = 0;
     for (std::size_t i = 0; i < std::min<std::size_t>(bytes.size(), 9); ++i) {
         const auto byte = std::to_integer<uint64_t>(bytes[i]);
@@ -40,22 +40,50 @@ std::string_view text_of(DatabaseImage bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+template <class Unsigned>
+Unsigned load(const std::byte* from) {
+    Unsigned value = 0;
+    std::memcpy(&value, from, sizeof value);
+    if constexpr (std::endian::native == std::endian::big)
+        return value;
+    else if constexpr (sizeof value == 2)
+        return __builtin_bswap16(value);
+    else if constexpr (sizeof value == 4)
+        return __builtin_bswap32(value);
+    else
+        return __builtin_bswap64(value);
+}
+
+// Signed, most significant byte first, of the widths that a record has.
 int64_t integer_of(DatabaseImage bytes) {
-    auto value = static_cast<uint64_t>(bytes.empty() || std::to_integer<int>(bytes[0]) < 0x80 ? 0 : -1);
-    for (const std::byte byte : bytes)
-        value = value << 8 | std::to_integer<uint64_t>(byte);
-    return static_cast<int64_t>(value);
+    const std::byte* const from = bytes.data();
+    switch (bytes.size()) {
+        case 1:
+            return static_cast<int8_t>(from[0]);
+        case 2:
+            return static_cast<int16_t>(load<uint16_t>(from));
+        case 3:
+            return static_cast<int8_t>(from[0]) * 65536 + load<uint16_t>(from + 1);
+        case 4:
+            return static_cast<int32_t>(load<uint32_t>(from));
+        case 6:
+            return static_cast<int16_t>(load<uint16_t>(from)) * 4294967296 + load<uint32_t>(from + 2);
+        case 8:
+            return static_cast<int64_t>(load<uint64_t>(from));
+        default:
+            return 0;
+    }
 }
 
 // A value's bytes by its serial type; SIZE_MAX: there is no such type.
 std::size_t width_of(uint64_t type) {
-    constexpr std::array<std::size_t, 12> kWidths = {0, 1, 2, 3, 4, 6, 8, 8, 0, 0, SIZE_MAX, SIZE_MAX};
+    static constexpr std::array<std::size_t, 12> kWidths = {0, 1, 2, 3, 4, 6, 8, 8, 0, 0, SIZE_MAX, SIZE_MAX};
     return type < kWidths.size() ? kWidths[type] : (type - 12) / 2;
 }
 
 // Calls `visit` with each column, serial type and bytes; false when the record is malformed.
 template <class Visit>
-bool for_each_value(DatabaseImage record, Visit visit) {
+inline bool for_each_value(DatabaseImage record, Visit visit) {
     DatabaseImage header = record;
     uint64_t header_size = 0, type = 0;
     if (!take_varint(header, header_size) || header_size > record.size() ||
@@ -64,7 +92,10 @@ bool for_each_value(DatabaseImage record, Visit visit) {
     header = header.first(header_size - (record.size() - header.size()));
     DatabaseImage body = record.subspan(header_size);
     for (int column = 0; !header.empty(); ++column) {
-        if (!take_varint(header, type))
+        type = std::to_integer<uint64_t>(header[0]);  // most take one byte
+        if (type < 0x80)
+            header = header.subspan(1);
+        else if (!take_varint(header, type))
             return false;
         const std::size_t width = width_of(type);
         if (width > body.size())
@@ -226,7 +257,8 @@ struct StoredTable {
 };
 
 // The tables, and a hash of each entry of the schema, which `visit` gets; where a tree lies is no part of it.
-bool read_schema(Walk& walk, std::vector<StoredTable>& tables, const RowVisitor& visit) {
+template <class Visit>
+bool read_schema(Walk& walk, std::vector<StoredTable>& tables, Visit& visit) {
     const uint64_t seed = RowHash::of_table("sqlite_master");
     return walk.rows(1, [&](int64_t rowid, DatabaseImage record) {
         enum { kType, kName, kTable, kRoot, kSql, kColumns };
@@ -249,18 +281,8 @@ bool read_schema(Walk& walk, std::vector<StoredTable>& tables, const RowVisitor&
     });
 }
 
-}  // namespace
-
-FileHeader header_of(DatabaseImage image) {
-    if (image.size() < kFileHeaderBytes)
-        return {};
-    return {.counter = number_at(image, kCounterAt, 4),
-            .schema_version = number_at(image, kSchemaVersionAt, 4),
-            .digest = number_at(image, kDigestAt, 4),
-            .digest_counter = number_at(image, kDigestCounterAt, 4)};
-}
-
-bool for_each_stored_row(DatabaseImage image, const RowVisitor& visit) {
+template <class Visit>
+bool for_each_row(DatabaseImage image, Visit visit) {
     Walk walk(image);
     std::vector<StoredTable> tables;
     if (!walk.is_database() || !read_schema(walk, tables, visit))
@@ -284,9 +306,33 @@ bool for_each_stored_row(DatabaseImage image, const RowVisitor& visit) {
     return true;
 }
 
+}  // namespace
+
+FileHeader header_of(DatabaseImage image) {
+    if (image.size() < kFileHeaderBytes)
+        return {};
+    return {.counter = number_at(image, kCounterAt, 4),
+            .schema_version = number_at(image, kSchemaVersionAt, 4),
+            .digest = number_at(image, kDigestAt, 4),
+            .digest_counter = number_at(image, kDigestCounterAt, 4)};
+}
+
+bool for_each_stored_row(DatabaseImage image, const RowVisitor& visit) {
+    return for_each_row(image, std::ref(visit));
+}
+
 std::optional<uint32_t> digest_of(DatabaseImage image) {
     uint32_t sum = 0;
-    if (!for_each_stored_row(image, [&](std::string_view, int64_t, uint32_t hash) { sum += hash; }))
+    if (!for_each_row(image, [&](std::string_view, int64_t, uint32_t hash) { sum += hash; }))
         return {};
     return sum;
+}
+
+Seal seal_of(DatabaseImage image, std::optional<uint32_t> digest) {
+    const FileHeader header = header_of(image);
+    return !digest                    ? Seal::unknown
+           : !header.has_digest()     ? Seal::none
+           : !header.is_sealed()      ? Seal::broken
+           : header.digest == *digest ? Seal::intact
+                                      : Seal::rotten;
 }

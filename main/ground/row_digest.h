@@ -1,7 +1,8 @@
-// A digest of what a database file holds: a 32-bit sum over its rows and its schema.
+// A digest of what a database file holds: a 32-bit sum over its rows and its schema; and the file's seal, the digest that the
+// service stores in its header with every commit.
 //
-//   const std::vector<std::byte> image = ...;         // the file's bytes
-//   if (const auto digest = digest_of(image); digest == header_of(image).digest)
+//   const DatabaseImage image = ...;         // the file's bytes, while nobody writes them
+//   if (seal_of(image, digest_of(image)) == Seal::rotten)
 //       ...;
 //
 // The sum tells every single row that differs (but for one in 2^32), and a change of a row costs it one subtraction and
@@ -10,8 +11,8 @@
 //
 // Format of the file: https://www.sqlite.org/fileformat2.html, sections 1.3 (header), 1.5 to 1.6 (pages, overflow), 2.1
 // (records), 2.6 (schema).
-#ifndef DBUTIL_ROW_DIGEST_H
-#define DBUTIL_ROW_DIGEST_H
+#ifndef MAIN_ROW_DIGEST_H
+#define MAIN_ROW_DIGEST_H
 
 #include <cstddef>
 #include <cstdint>
@@ -40,6 +41,15 @@ FileHeader header_of(DatabaseImage image);
 
 // Empty: the image is no whole database, or its texts are not UTF-8.
 [[nodiscard]] std::optional<uint32_t> digest_of(DatabaseImage image);
+
+enum class Seal {
+    intact,
+    none,     // written by a release that knew no seals
+    broken,   // another program wrote the file
+    rotten,   // nobody did, and the rows are other ones
+    unknown,  // not a whole database, or it could not be read
+};
+[[nodiscard]] Seal seal_of(DatabaseImage image, std::optional<uint32_t> digest);
 
 // Tables that SQLite keeps for itself have no part in it.
 using RowVisitor = std::function<void(std::string_view table, int64_t rowid, uint32_t hash)>;
@@ -83,18 +93,19 @@ class RowHash {
         state_ = (state_ ^ value) * 0xBF58476D1CE4E5B9;
         state_ ^= state_ >> 31;
     }
+    // Two words at a time, in two chains that do not wait for each other.
     void bytes(std::string_view value, uint64_t tag) {
         mix(value.size() ^ tag);
-        uint64_t word = 0;
-        for (; value.size() >= sizeof word; value.remove_prefix(sizeof word)) {
-            std::memcpy(&word, value.data(), sizeof word);
-            mix(word);
+        uint64_t words[2] = {}, chains[2] = {};
+        for (; value.size() >= sizeof words; value.remove_prefix(sizeof words)) {
+            std::memcpy(words, value.data(), sizeof words);
+            for (const int i : {0, 1})
+                chains[i] = (chains[i] ^ words[i]) * 0x9E3779B97F4A7C15;
         }
-        if (value.empty())
-            return;
-        word = 0;
-        std::memcpy(&word, value.data(), value.size());
-        mix(word);
+        words[0] = words[1] = 0;
+        std::memcpy(words, value.data(), value.size());
+        for (const int i : {0, 1})
+            mix(chains[i] ^ words[i]);
     }
 };
 
