@@ -587,4 +587,19 @@ TEST_F(Start, ReloadCountsOnlyWhenItIsComplete) {
     EXPECT_EQ(db_isok(main_.c_str(), &code), 0);
 }
 
+// The shell that reloads a dump runs all that is in it; a schema that another wrote may hold commands.
+TEST_F(Start, RepairRunsNoCommandsOfADatabase) {
+    const std::string made = path("made");
+    for (const std::string& text :
+         {"\n.shell touch " + made + "\n", " attach ''" + made + "'' as more; create table more.t(a);"}) {
+        put(main_, healthy, in_condition(repairable, "gate", kCurrentVersion));
+        set_db_handle(db_open(main_.c_str()));
+        sql("create table odd(a); pragma writable_schema = on;"
+            "update sqlite_master set sql = 'create table odd(a);" +
+            text + "' where name = 'odd';");
+        EXPECT_EQ(start(), 0);
+        EXPECT_FALSE(std::filesystem::exists(made)) << text;
+    }
+}
+
 }  // namespace

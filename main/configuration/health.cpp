@@ -94,11 +94,23 @@ bool has_all_tables(const char* reloaded, const char* original) {
     return !names.empty() && names == table_names(original);
 }
 
+// A dump has the schema's texts as they stand, and the shell that reloads it runs whatever it reads: another's commands
+// and statements, too.  Texts of this system are one statement on one line.
+bool has_plain_schema(const char* path) {
+    int odd = -1;
+    db_handle db = db_connect(0, path, 0, 0);
+    const int rc = db_query_row_num(
+        db, "select count(*) from sqlite_master where sql glob '*[;' || char(10) || ']*';", &odd);
+    db_disconnect(db);
+    return rc == 0 && odd == 0;
+}
+
 bool repair(const char* path) {
     DB_LOG_AS(kError, "db_isok", "try to restore database %s\n", path);
     NewFile next(path);
-    return (std::remove(kDumpFile) == 0 || errno == ENOENT) && run(kDump, path) && is_dump_whole() &&
-           run(kReload, next.path()) && settle_pages(next.path()) && take_seal(next.path(), path) &&
+    return has_plain_schema(path) && (std::remove(kDumpFile) == 0 || errno == ENOENT) && run(kDump, path) &&
+           is_dump_whole() && run(kReload, next.path()) && settle_pages(next.path()) &&
+           take_seal(next.path(), path) &&
            check_inactive_db_integrity(next.path()) == 0 && has_all_tables(next.path(), path) &&
            next.take_place();
 }
