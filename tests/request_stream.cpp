@@ -230,7 +230,8 @@ std::vector<std::string> device() {
 // Writes over the whole record: a few bytes, numbers that look like indexes, long runs.
 [[noreturn]] void scribble(unsigned seed) {
     std::mt19937 random(seed);
-    auto* const record = reinterpret_cast<volatile unsigned char*>(SharedRecord::attach().get());
+    const SharedRecord shared = SharedRecord::attach();
+    auto* const record = reinterpret_cast<volatile unsigned char*>(shared.get());
     while (true) {
         for (int spot = 0; spot < 200; ++spot) {
             const std::size_t from = random() % sizeof(DEVICECONFIG),
@@ -321,6 +322,8 @@ class System {
 
     // With nobody else writing, what is stored is loaded.
     void expect_service() {
+        if (waitpid(scribbler_, nullptr, WNOHANG) != 0)
+            fail("nobody has written over the record");
         end(std::exchange(scribbler_, 0), SIGKILL);
         const SharedRecord record = SharedRecord::attach();
         const Cell name = find_cell(parse_address("chn_info.name"));
