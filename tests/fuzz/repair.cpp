@@ -11,13 +11,15 @@ class Repair : public Fuzzed {
     void run(Input& input) override {
         const uint8_t choice = input.byte();
         if (choice % 3 == 0)
-            parse(std::string(input.rest()));
+            parse(kMessages[input.byte() % std::size(kMessages)], std::string(input.rest()));
         else
             repair(input, kBeginnings[choice % std::size(kBeginnings)], choice % 3 == 1);
     }
 
   private:
     static constexpr const char* kBeginnings[] = {"replace into ", " insert into  ", "UPDATE "};
+    static constexpr const char* kMessages[] = {"", "no such column: ", "table t has no column named ",
+                                                "no such table: "};
     struct Close {
         void operator()(sqlite3* db) const { sqlite3_close(db); }
     };
@@ -26,10 +28,15 @@ class Repair : public Fuzzed {
     static bool is_part(std::string_view part, std::string_view of) {
         return part.empty() || (part.data() >= of.data() && part.end() <= of.end());
     }
-    static void parse(const std::string& text) {
+    static void parse(const std::string& message, const std::string& rest) {
+        const std::string text = message + rest;
         const MissingPart missing = parse_errmsg(text);
         EXPECT_TRUE(is_part(missing.name, text));
         EXPECT_TRUE(missing.kind != MissingPart::other || missing.name.empty());
+        // A word that no other message follows is the name.
+        if (!message.empty() && rest.find(' ') == rest.npos) {
+            EXPECT_TRUE(rest.starts_with(missing.name) && missing.name.starts_with(word(rest)));
+        }
         EXPECT_TRUE(is_part(parse_tablename_from_sql(text), text));
     }
 

@@ -26,22 +26,21 @@ class Request : public Fuzzed {
     }
 
   private:
-    static constexpr uint8_t kRaw = 255, kLong = 254;
     static constexpr std::size_t kTooLong = sizeof(ipc_wire::request_header) + ipc_wire::kMaxData + 1;
 
-    // A request of a kind that is known, or just bytes.
+    // A request of a kind that is known, one that tells a length near its own, or just bytes.
     static std::string next_packet(Input& input) {
-        const uint8_t choice = input.byte();
-        if (choice == kRaw)
-            return std::string(input.text());
+        const uint8_t choice = input.byte() % 16;
+        const auto& kind = input.one_of(request_kinds());
         const std::string data(input.text());
-        const auto kinds = request_kinds();
-        const ipc_wire::request_header header{ipc_wire::kRequestMagic, kinds[choice % kinds.size()].number,
-                                              static_cast<uint32_t>(data.size())};
-        std::string packet(sizeof header, '\0');
-        std::memcpy(packet.data(), &header, sizeof header);
+        if (choice == 0)
+            return data;
+        const int more = choice == 1 ? static_cast<int8_t>(input.byte()) : 0;
+        const ipc_wire::request_header header{ipc_wire::kRequestMagic, kind.number,
+                                              static_cast<uint32_t>(std::ssize(data) + more)};
+        std::string packet(reinterpret_cast<const char*>(&header), sizeof header);
         packet += data;
-        packet.resize(choice == kLong ? kTooLong : packet.size());
+        packet.resize(choice == 2 ? kTooLong : packet.size());
         return packet;
     }
 
