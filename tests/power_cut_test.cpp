@@ -1,376 +1,579 @@
-// Power cuts: every write, truncation, sync and unlink that saves make is recorded; then the power goes after each of them, with
-// what was not synced dropped, kept or torn, and the database is opened again.  Nothing acknowledged may be missing.
-// Kills: a start or a reset is killed at one system call after another; the next start finds the old or the new.
+// Power cuts: what the service does to its files, and each reply, is recorded (recorder/); then the power goes behind one
+// operation after another, and a service is started on each state that the storage may be in (cut_states.h).
+//
+// POWER_CUT_FACTOR multiplies the number of states (./dev crash).
 #include "core_fixture.h"
 
 #include <fcntl.h>
 #include <signal.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
+#include <spawn.h>
+#include <sys/sem.h>
+#include <sys/shm.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include "recovery.h"
-#include "reset.h"
-
-namespace {
-
-// The process that has armed this is killed at the n-th system call that changes what the storage holds.  Of the many
-// writes every 150th counts.
-int calls_to_live = 0;
-int writes = 0;
-bool folders_cannot_be_synced = false;
-
-void count_call() {
-    if (calls_to_live > 0 && --calls_to_live == 0)
-        kill(getpid(), SIGKILL);
-}
-
-}  // namespace
-
-// In the place of the C library's, which names its parameters as a program may not.
-// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
-int fsync(int fd) {
-    count_call();
-    struct stat file {};
-    if (folders_cannot_be_synced && fstat(fd, &file) == 0 && S_ISDIR(file.st_mode)) {
-        errno = EIO;
-        return -1;
-    }
-    return static_cast<int>(syscall(SYS_fsync, fd));
-}
-int fdatasync(int fd) {
-    count_call();
-    return static_cast<int>(syscall(SYS_fdatasync, fd));
-}
-int rename(const char* from, const char* to) noexcept {
-    count_call();
-    return static_cast<int>(syscall(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to));
-}
-int unlink(const char* path) noexcept {
-    count_call();
-    return static_cast<int>(syscall(SYS_unlinkat, AT_FDCWD, path, 0));
-}
-ssize_t pwrite64(int fd, const void* data, size_t size, off64_t at) {
-    if (calls_to_live > 0 && ++writes % 150 == 0)
-        count_call();
-    return syscall(SYS_pwrite64, fd, data, size, at);
-}
-// NOLINTEND(readability-inconsistent-declaration-parameter-name)
+#include "cut_states.h"
+#include "operation_log.h"
+#include "shared_objects.h"
 
 namespace {
 
-struct Operation {
-    enum Kind { write, truncate, sync, unlink, acknowledge } kind;
-    std::string file = {};
-    sqlite3_int64 offset = 0;  // truncate: the new size; acknowledge: the value whose save has returned
-    std::string bytes = {};
-};
+using Record = std::shared_ptr<const DEVICECONFIG>;
 
-// Records what SQLite does to its files, through the system's own VFS.
-class Recorder {
+constexpr const char *kMain = "devinfo/ipc_db", *kBackup = "devinfo/ipc_db_backup",
+                     *kLog = "devinfo/db_op_info.log", *kDump = "ex1.dump.gz";
+
+bool same(const Record& a, const Record& b) {
+    return std::memcmp(a.get(), b.get(), sizeof *a) == 0;
+}
+
+std::string first_difference(const Record& a, const Record& b) {
+    const auto* x = reinterpret_cast<const std::byte*>(a.get());
+    const auto* y = reinterpret_cast<const std::byte*>(b.get());
+    for (const Table* table : all_tables())
+        for (const Cell& cell : cells_of_table(*table))
+            if (!std::equal(x + cell.offset, x + cell.offset + cell.field->size, y + cell.offset))
+                return address_of(cell);
+    return same(a, b) ? "none" : "past the tables";
+}
+
+// The service as a process of its own, under the fixture's root; this process is its main application.
+class Device {
   public:
-    static inline std::vector<Operation> operations;
-    static inline bool recording = false;
-
-    Recorder() {
-        below_ = sqlite3_vfs_find(nullptr);
-        vfs_ = *below_;
-        vfs_.zName = "recorder";
-        vfs_.szOsFile = static_cast<int>(sizeof(File)) + below_->szOsFile;
-        vfs_.xOpen = open;
-        vfs_.xDelete = [](sqlite3_vfs*, const char* name, int sync) {
-            note({Operation::unlink, base(name)});
-            return below_->xDelete(below_, name, sync);
-        };
-        sqlite3_vfs_register(&vfs_, 1);
+    Device() = default;
+    ~Device() {
+        end();
+        shmctl(find_segment()->id, IPC_RMID, nullptr);
+        semctl(loaded_.id(), 0, IPC_RMID);
+        semctl(defaults_set_.id(), 0, IPC_RMID);
     }
-    ~Recorder() {
-        sqlite3_vfs_unregister(&vfs_);
-        sqlite3_vfs_register(below_, 1);
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    DEVICECONFIG& record() { return *shared_.get(); }
+    Record copy() { return std::make_shared<const DEVICECONFIG>(record()); }
+
+    // The service's start-up code in a process of its own, which ends with it: it takes a fourth of the time.
+    [[nodiscard]] bool start_only(const DEVICECONFIG& defaults) {
+        if (getenv("POWER_CUT_SERVICE") != nullptr) {
+            const bool started = start(defaults);
+            end();
+            return started;
+        }
+        end();
+        std::memcpy(&record(), &defaults, sizeof defaults);
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(30);
+            const int nowhere = ::open("/dev/null", O_WRONLY);
+            dup2(nowhere, STDOUT_FILENO);
+            dup2(nowhere, STDERR_FILENO);
+            closing_flag = false;
+            set_cfg_param(&record());
+            forget_device();
+            static_cast<void>(init_database());  // the record tells
+            _exit(0);
+        }
+        int status = 0;
+        return waitpid(child, &status, 0) == child && status == 0;
+    }
+    // False: it ended, or did not load the record within its time.
+    [[nodiscard]] bool start(const DEVICECONFIG& defaults, std::vector<std::string> environment = {}) {
+        end();
+        std::memcpy(&record(), &defaults, sizeof defaults);
+        loaded_.set(0);
+        defaults_set_.set(1);
+        for (const char* name : {"DEVICE_ROOT", "PATH"})
+            environment.push_back(name + std::string("=") + getenv(name));
+        std::vector<char*> variables;
+        variables.reserve(environment.size() + 1);
+        for (std::string& variable : environment)
+            variables.push_back(variable.data());
+        variables.push_back(nullptr);
+        std::string program = BIN_DIR "/database_process";
+        char* arguments[] = {program.data(), nullptr};
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+        posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+        EXPECT_EQ(posix_spawn(&pid_, program.c_str(), &actions, nullptr, arguments, variables.data()), 0);
+        posix_spawn_file_actions_destroy(&actions);
+        for (int second = 0; second < 30; ++second) {
+            sembuf take{0, -1, 0};
+            const timespec patience{1, 0};
+            if (semtimedop(loaded_.id(), &take, 1, &patience) == 0)
+                return true;
+            if (waitpid(pid_, nullptr, WNOHANG) == pid_) {
+                pid_ = 0;
+                return false;
+            }
+        }
+        return false;
+    }
+    void end() {
+        if (pid_ <= 0)
+            return;
+        kill(pid_, SIGKILL);
+        waitpid(pid_, nullptr, 0);
+        pid_ = 0;
+    }
+    static int32_t call(int kind, const ServiceRequest& request) {
+        int32_t value = -99;
+        int length = 0, result = 0;
+        EXPECT_EQ(ipc_unix_call_service(kServiceNumber, kind, &request, sizeof request, 0, &value,
+                                        sizeof value, 60000, &length, &result),
+                  0);
+        return value;
     }
 
   private:
-    struct File {
-        sqlite3_io_methods const* methods;
-        sqlite3_file* below;
-        std::string* name;
-    };
-    static inline sqlite3_vfs* below_;
-    static inline sqlite3_vfs vfs_;
-    static inline sqlite3_io_methods methods_;
-
-    static std::string base(const char* path) { return std::filesystem::path(path).filename(); }
-    static void note(Operation o) {
-        if (recording)
-            operations.push_back(std::move(o));
-    }
-    static sqlite3_file* below(sqlite3_file* f) { return reinterpret_cast<File*>(f)->below; }
-    static const std::string& name(sqlite3_file* f) { return *reinterpret_cast<File*>(f)->name; }
-
-    static int open(sqlite3_vfs*, const char* path, sqlite3_file* file, int flags, int* out) {
-        auto* f = reinterpret_cast<File*>(file);
-        f->below = reinterpret_cast<sqlite3_file*>(f + 1);
-        f->methods = nullptr;
-        const int rc = below_->xOpen(below_, path, f->below, flags, out);
-        if (f->below->pMethods == nullptr)
-            return rc;
-        f->name = new std::string(path != nullptr ? base(path) : "");
-        methods_ = *f->below->pMethods;
-        methods_.iVersion = 1;
-        methods_.xClose = [](sqlite3_file* g) {
-            delete reinterpret_cast<File*>(g)->name;
-            return below(g)->pMethods->xClose(below(g));
-        };
-        methods_.xWrite = [](sqlite3_file* g, const void* data, int n, sqlite3_int64 at) {
-            note({Operation::write,
-                  name(g),
-                  at,
-                  {static_cast<const char*>(data), static_cast<std::size_t>(n)}});
-            return below(g)->pMethods->xWrite(below(g), data, n, at);
-        };
-        methods_.xTruncate = [](sqlite3_file* g, sqlite3_int64 size) {
-            note({Operation::truncate, name(g), size});
-            return below(g)->pMethods->xTruncate(below(g), size);
-        };
-        methods_.xSync = [](sqlite3_file* g, int how) {
-            note({Operation::sync, name(g)});
-            return below(g)->pMethods->xSync(below(g), how);
-        };
-        methods_.xRead = [](sqlite3_file* g, void* to, int n, sqlite3_int64 at) {
-            return below(g)->pMethods->xRead(below(g), to, n, at);
-        };
-        methods_.xFileSize = [](sqlite3_file* g, sqlite3_int64* size) {
-            return below(g)->pMethods->xFileSize(below(g), size);
-        };
-        methods_.xLock = [](sqlite3_file* g, int lock) { return below(g)->pMethods->xLock(below(g), lock); };
-        methods_.xUnlock = [](sqlite3_file* g, int lock) {
-            return below(g)->pMethods->xUnlock(below(g), lock);
-        };
-        methods_.xCheckReservedLock = [](sqlite3_file* g, int* held) {
-            return below(g)->pMethods->xCheckReservedLock(below(g), held);
-        };
-        methods_.xFileControl = [](sqlite3_file* g, int code, void* data) {
-            return below(g)->pMethods->xFileControl(below(g), code, data);
-        };
-        methods_.xSectorSize = [](sqlite3_file* g) { return below(g)->pMethods->xSectorSize(below(g)); };
-        methods_.xDeviceCharacteristics = [](sqlite3_file*) { return 0; };  // nothing is promised
-        f->methods = &methods_;
-        return rc;
-    }
+    const SharedRecord shared_ = SharedRecord::attach_or_create();
+    const Semaphore loaded_ = Semaphore::open_or_create(kLoadedKey),
+                    defaults_set_ = Semaphore::open_or_create(kDefaultsKey);
+    pid_t pid_ = 0;
 };
 
-// The files as a power cut leaves them.
-using Files = std::map<std::string, std::string>;
-enum class Unsynced { dropped, kept, torn, only_last };
-
-void apply(Files& files, const Operation& o, std::size_t bytes) {
-    if (o.kind == Operation::unlink) {
-        files.erase(o.file);
-    } else if (o.kind == Operation::truncate) {
-        files[o.file].resize(static_cast<std::size_t>(o.offset));
-    } else if (o.kind == Operation::write) {
-        std::string& file = files[o.file];
-        const auto at = static_cast<std::size_t>(o.offset);
-        file.resize(std::max(file.size(), at + bytes));
-        file.replace(at, bytes, o.bytes, 0, bytes);
-    }
-}
-
-Files after_cut(Files files, const std::vector<Operation>& operations, std::size_t cut, Unsynced unsynced) {
-    std::vector<const Operation*> pending;
-    for (std::size_t i = 0; i < cut; ++i) {
-        const Operation& o = operations[i];
-        if (o.kind != Operation::sync) {
-            pending.push_back(&o);
-            continue;
-        }
-        std::erase_if(pending, [&](const Operation* p) {
-            if (p->file == o.file)
-                apply(files, *p, p->bytes.size());
-            return p->file == o.file;
-        });
-    }
-    for (const Operation* p : pending) {
-        const bool last = p == pending.back();
-        if (unsynced == Unsynced::kept || (unsynced == Unsynced::only_last && last))
-            apply(files, *p, p->bytes.size());
-        else if (unsynced == Unsynced::torn)
-            apply(files, *p, last ? p->bytes.size() / 2 : p->bytes.size());
-    }
-    return files;
-}
-
-class PowerCut : public Core {};
-
-TEST_F(PowerCut, LosesNothingThatWasAcknowledged) {
-    constexpr int kSaves = 10;
-    const ServiceRequest request = for_tables({31, 35, kTableListEnd});  // several pages
-    ASSERT_EQ(call(EN_UPDATE_TABLE_LIST, request), kStored);
-    close_database();
-    const Recorder recorder;
-    set_db_handle(db_open(get_db_path()));
-    const std::string name = "ipc_db";
-    Files start{{name, content(get_db_path())}};
-    start[name + "-journal"] = content(get_db_path() + std::string("-journal"));
-    Recorder::operations.clear();
-    Recorder::recording = true;
-    for (int i = 1; i <= kSaves; ++i) {
-        r_.network.netconfig.mtu = i;
-        std::memset(r_.network.ipaddr, i, sizeof r_.network.ipaddr);
-        ASSERT_EQ(call(EN_UPDATE_TABLE_LIST, request), kStored);
-        Recorder::operations.push_back({Operation::acknowledge, {}, i});
-    }
-    Recorder::recording = false;
-    close_database();
-
-    const std::vector<Operation> operations = Recorder::operations;
-    ASSERT_GT(operations.size(), 10u * kSaves);
-    int states = 0;
-    for (std::size_t cut = 0; cut <= operations.size(); ++cut) {
-        sqlite3_int64 acknowledged = 0;
-        for (std::size_t i = 0; i < cut; ++i)
-            if (operations[i].kind == Operation::acknowledge)
-                acknowledged = operations[i].offset;
-        for (const auto unsynced : {Unsynced::dropped, Unsynced::kept, Unsynced::torn, Unsynced::only_last}) {
-            for (const auto& entry : std::filesystem::directory_iterator(path("")))
-                std::filesystem::remove(entry.path());
-            for (const auto& [file, bytes] : after_cut(start, operations, cut, unsynced))
-                write_file(path(file), bytes);
-            set_db_handle(db_open(get_db_path()));
-            const std::string mtu = query("select mtu from netconfig_table");
-            const auto value = std::strtol(mtu.c_str(), nullptr, 10);
-            // The save under way may have arrived whole, or not at all.
-            EXPECT_TRUE(value == acknowledged || value == acknowledged + 1)
-                << mtu << " after operation " << cut;
-            const std::string address = std::to_string(0x01010101LL * value);
-            EXPECT_TRUE(value == 0 ||
-                        query("select distinct ipv4addr from ipaddr_list where idx < 6") == address);
-            EXPECT_EQ(query("pragma integrity_check"), "ok") << "after operation " << cut;
-            close_database();
-            ++states;
-        }
-    }
-    RecordProperty("states", states);
-}
-
-// A new database that has moved into its place is the one that is stored to, although nobody knows whether it stays there.
-TEST_F(PowerCut, FileInItsPlaceIsTheOneThatIsOpen) {
-    folders_cannot_be_synced = true;
-    EXPECT_EQ(rebuild_from_record(kCurrentVersion), Rebuilt::complete);
-    EXPECT_EQ(copy_file(get_db_backup_path(), get_db_path()), -1);
-    folders_cannot_be_synced = false;
-    std::strcpy(r_.channel[0].name, "gate");
-    EXPECT_EQ(call(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3})), kStored);
-    close_database();
-    set_db_handle(db_open(get_db_path()));
-    EXPECT_EQ(query("select name from chn_info"), "gate");
-}
-
-// What a kill leaves is the old database or the new one; and the next start ends where it would have without the kill.
-class Killed : public Core {
+class PowerCut : public Core {
   protected:
-    // The calls after which `work` was killed in a process of its own, from the first to the one that it survived; `check`
-    // follows each, and is told whether it did.
-    static void at_every_call(const std::function<void()>& prepare, const std::function<void()>& work,
-                              const std::function<void(bool)>& check) {
-        for (int n = 1;; ++n) {
-            SCOPED_TRACE("killed at call " + std::to_string(n));
-            prepare();
-            const pid_t child = fork();
-            if (child == 0) {
-                alarm(60);
-                calls_to_live = n;
-                work();
-                _exit(0);
-            }
-            int status = 0;
-            waitpid(child, &status, 0);
-            const bool survived = WIFEXITED(status);
-            EXPECT_TRUE(survived || (WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL)) << status;
-            check(survived);
-            if (survived || HasFailure()) {
-                EXPECT_GT(n, 5);
-                return;
-            }
-        }
+    struct Scenario {
+        std::size_t states = 300;             // at least so many are tried, where there are as many
+        std::function<void()> drive = [] {};  // the requests, after the start
+        bool hastes = false;                  // the service's pauses are short
+        bool reloads = false;     // a start gives something else than the record had at the last reply
+        bool resets = false;      // the last request is a reset: no backup is left
+        const char* logged = "";  // of a start: found in the operation log ever after
+        std::function<void(const DEVICECONFIG&)> first = [](const DEVICECONFIG&) {};  // what a start loads
+        std::function<void(const DEVICECONFIG&)> last = [](const DEVICECONFIG&) {};   // in the end
+    };
+
+    static inline const std::string root_ = [] {
+        const std::string folder = path("");
+        return folder.substr(0, folder.size() - std::strlen("/devinfo/"));
+    }();
+    Device device_;
+    std::unique_ptr<DEVICECONFIG> defaults_ = std::make_unique<DEVICECONFIG>();
+    std::vector<Record> expected_;  // what the device holds after the start, and after each reply
+
+    PowerCut() {
+        hardware_count = 1;
+        std::strcpy(defaults_->channel[0].name, "default");
+        defaults_->network.netconfig.mtu = 1;
+        close_database();
+        std::filesystem::remove(get_db_path());
     }
-    std::string database(const char* name, int version) {
+    ~PowerCut() override { std::filesystem::remove(kDump); }
+
+    // ---- files
+
+    static std::vector<std::string> names() {
+        std::vector<std::string> all;
+        for (const auto& entry : std::filesystem::directory_iterator(path("")))
+            all.push_back("devinfo/" + entry.path().filename().string());
+        if (std::filesystem::exists(kDump))
+            all.emplace_back(kDump);
+        return all;
+    }
+    static Files files() {
+        Files all;
+        for (const std::string& name : names())
+            all[name] = content(name);
+        return all;
+    }
+    static void put(const Files& files) {
+        for (const std::string& name : names())
+            std::filesystem::remove(name);
+        for (const auto& [name, bytes] : files)
+            write_file(name, bytes);
+    }
+    static std::string at(const Files& files, const char* name) {
+        const auto found = files.find(name);
+        return found != files.end() ? found->second : "";
+    }
+    static bool is_healthy(const std::string& database) {
+        static std::map<std::size_t, bool> known;
+        const auto [found, is_new] = known.try_emplace(std::hash<std::string>()(database));
+        if (is_new) {
+            write_file("examined", database);
+            found->second = check_inactive_db_integrity("examined") == 0;
+            std::filesystem::remove("examined");
+        }
+        return found->second;
+    }
+
+    // A database of the record, as a service leaves it.
+    std::string settled_database(const char* name, int version = kCurrentVersion) {
+        put({});
         fresh_database();
+        wipe();
         std::strcpy(r_.channel[0].name, name);
         r_.device.dev_info.dev_type = 7;
+        r_.network.netconfig.mtu = 1400;
+        std::strcpy(r_.network.pppoe.username, "user");
         save_all();
         EXPECT_EQ(db_update_version(version, get_db_handle()), 0);
         close_database();
         return content(get_db_path());
     }
-    void start() {
-        closing_flag = false;
-        close_database();
-        wipe();
-        std::strcpy(r_.channel[0].name, "default");
-        EXPECT_EQ(init_database(), 0);
-        for (const auto& entry : std::filesystem::directory_iterator(path("")))
-            EXPECT_NE(entry.path().extension(), ".new");
-        EXPECT_EQ(query("pragma integrity_check"), "ok");
-        EXPECT_EQ(query("select name from chn_info"), r_.channel[0].name);
-        EXPECT_EQ(query("select count(*) from sqlite_master where type = 'table'"), "251");
+    void settle(const char* name) {
+        settled_database(name);
+        for (int n = 0; n < 2; ++n)
+            EXPECT_TRUE(device_.start(*defaults_));
+        device_.end();
+        std::filesystem::remove(kLog);
     }
-    static void put(const std::string& file, const std::string& bytes) {
-        std::filesystem::remove(file);
-        std::filesystem::remove(file + "-journal");
-        if (!bytes.empty())
-            write_file(file, bytes);
+
+    // ---- requests
+
+    void request(int kind, const ServiceRequest& fields = {}) {
+        EXPECT_EQ(Device::call(kind, fields), 0) << kind;
+        expected_.push_back(device_.copy());
+    }
+
+    // ---- the record
+
+    CutStates record(const std::function<void()>& drive, const std::string& plant = "", bool hastes = false) {
+        const std::string log = root_ + ".recorded";
+        std::map<uint64_t, std::string> inodes;
+        for (const std::string& name : names()) {
+            struct stat status {};
+            EXPECT_EQ(stat(name.c_str(), &status), 0);
+            inodes[status.st_ino] = name;
+        }
+        const Files before = files();
+        std::filesystem::remove(log);
+        std::vector<std::string> environment{"LD_PRELOAD=" RECORDER, kRecordLog + ("=" + log),
+                                             kRecordRoot + ("=" + root_), kRecordPlant + ("=" + plant)};
+        if (hastes)
+            environment.push_back(kRecordHaste + std::string("=1"));
+        expected_.clear();
+        EXPECT_TRUE(device_.start(*defaults_, environment));
+        expected_.push_back(device_.copy());
+        write_file(log + kArmed, "");
+        drive();
+        device_.end();
+        CutStates states(before, inodes, log);
+        std::filesystem::remove(log);
+        std::filesystem::remove(log + kArmed);
+        return states;
+    }
+
+    // ---- the judgement
+
+    // What is wrong with a start on these files; empty: nothing.  `found` is told which of the records it loaded.
+    std::string judge(const Files& state, const std::vector<Record>& acceptable, const Scenario& scenario,
+                      const Files& before, Record& found) {
+        const std::string backup = at(state, kBackup);
+        if (is_healthy(at(before, kBackup)) && !(scenario.resets && backup.empty()) && !is_healthy(backup))
+            return "the backup is not what it was, nor a new one";
+        put(state);
+        if (!device_.start_only(*defaults_))
+            return "the service does not start";
+        const Record loaded = device_.copy();
+        const auto match = std::find_if(acceptable.begin(), acceptable.end(),
+                                        [&](const Record& r) { return same(r, loaded); });
+        if (match == acceptable.end())
+            return "it loads neither what was acknowledged nor what was under way: " +
+                   first_difference(loaded, acceptable.front());
+        found = *match;
+        const Files after = files();
+        for (const auto& [name, bytes] : after)
+            if (name.find(".new") != std::string::npos)
+                return name + " is left";
+        if (!is_healthy(at(after, kMain)) || at(after, kMain) != at(after, kBackup))
+            return "the files are not two healthy ones";
+        if (at(after, kLog).find(scenario.logged) == std::string::npos)
+            return std::string("the operation log does not tell \"") + scenario.logged + "\"";
+        return judge_restarts(after, found);
+    }
+
+    // The second start may note the version that it found; then nothing changes any more.
+    std::string judge_restarts(const Files& after, const Record& found) {
+        if (!restarted_.insert(hash_of(after)).second)
+            return "";
+        Files last;
+        for (int n = 0; n < 2; ++n) {
+            last = files();
+            if (!device_.start_only(*defaults_))
+                return "the service does not start again";
+            const Record again = device_.copy();
+            if (!same(again, found) && !same(again, reloaded(found)))
+                return "another start loads something else: " + first_difference(again, found);
+        }
+        return files() == last ? "" : "a third start changes files";
+    }
+    std::set<std::size_t> restarted_;
+    // What a database made from a record gives when it is loaded is not always that record: rows have defaults.
+    Record reloaded(const Record& found) const {
+        for (const auto& [made, loaded] : {std::pair(front_, front_reload_), std::pair(back_, back_reload_)})
+            if (made != nullptr && same(found, made))
+                return loaded;
+        return found;
+    }
+    Record front_, front_reload_, back_, back_reload_;  // of the first start; of one behind the last request
+    void start_twice(Record& first, Record& second) {
+        for (Record* record : {&first, &second}) {
+            EXPECT_TRUE(device_.start(*defaults_));
+            *record = device_.copy();
+        }
+        device_.end();
+        if (!same(first, second))
+            std::printf("a second start changes %s\n", first_difference(first, second).c_str());
+    }
+
+    struct Outcome {
+        std::size_t states = 0, faults = 0;
+    };
+
+    // Starts on the states of a record until enough are tried or so many faults found.
+    Outcome replay(const CutStates& recorded, const std::vector<Record>& expected, const Files& before,
+                   const Scenario& scenario, std::size_t states, std::size_t most_faults,
+                   bool nested = false) {
+        constexpr std::size_t kOneByOne = 32, kNested = 10;
+        Outcome outcome;
+        std::set<std::size_t> tried;
+        std::vector<std::pair<Files, Record>> to_cut_again;
+        for (const CutStates::Cut& cut : recorded.cuts(kOneByOne, 1)) {
+            if (tried.size() >= states || outcome.faults >= most_faults)
+                break;
+            const Files state = recorded.after(cut);
+            const std::size_t replies = recorded.replies(cut.behind);
+            if (!tried.insert(hash_of(state) * 31 + replies).second)
+                continue;
+            std::vector<Record> acceptable;
+            for (std::size_t i = replies; i < std::min(replies + 2, expected.size()); ++i)
+                acceptable.insert(acceptable.end(), {expected[i], reloaded(expected[i])});
+            Record found;
+            if (const std::string fault = judge(state, acceptable, scenario, before, found); !fault.empty()) {
+                ++outcome.faults;
+                report(fault, recorded, cut);
+            } else if (tried.size() % (states / kNested + 1) == 1) {
+                to_cut_again.emplace_back(state, found);
+            }
+        }
+        outcome.states = tried.size();
+        for (const auto& [state, found] : to_cut_again) {
+            if (nested || outcome.faults >= most_faults)
+                break;
+            put(state);
+            const CutStates again = record([] {});
+            const Outcome inner =
+                replay(again, {found}, state, scenario, states / kNested / 2, most_faults, true);
+            outcome.states += inner.states;
+            outcome.faults += inner.faults;
+        }
+        return outcome;
+    }
+
+    static inline bool quiet_ = false;  // faults are expected
+    static void report(const std::string& fault, const CutStates& recorded, const CutStates::Cut& cut) {
+        if (quiet_)
+            return;
+        std::ostringstream text;
+        text << fault << "; kind " << cut.kind << " of " << cut.one << ", names " << cut.names
+             << ", behind operation " << cut.behind << " of " << recorded.operations().size()
+             << ", the last of which are";
+        for (std::size_t k = std::max<std::size_t>(cut.behind, 6) - 6; k < cut.behind; ++k) {
+            const auto& o = recorded.operations()[k];
+            text << "\n  " << static_cast<int>(o.what.kind) << " " << o.what.file << " " << o.what.offset
+                 << " " << (o.what.kind == Recorded::write ? std::to_string(o.bytes.size()) : o.bytes);
+        }
+        ADD_FAILURE() << text.str();
+    }
+
+    static std::size_t factor() {
+        const char* value = getenv("POWER_CUT_FACTOR");
+        return value != nullptr ? std::strtoul(value, nullptr, 10) : 1;
+    }
+
+    Outcome prove(const Scenario& scenario, const std::string& plant = "", std::size_t most_faults = 3) {
+        const Files before = files();
+        start_twice(front_, front_reload_);
+        put(before);
+        restarted_.clear();
+        const CutStates recorded = record(scenario.drive, plant, scenario.hastes);
+        EXPECT_TRUE(same(front_, expected_.front()));
+        if (scenario.reloads) {
+            start_twice(back_, back_reload_);
+            expected_.back() = back_;
+        }
+        scenario.first(*expected_.front());
+        scenario.last(*expected_.back());
+        const std::vector<Record> expected = expected_;
+        EXPECT_EQ(recorded.replies(recorded.operations().size()), expected.size() - 1);
+        const auto begin = std::chrono::steady_clock::now();
+        const Outcome outcome =
+            replay(recorded, expected, before, scenario, scenario.states * factor(), most_faults);
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+        std::printf("%zu operations, %zu states, %zu faults, %.1f s\n", recorded.operations().size(),
+                    outcome.states, outcome.faults, seconds.count());
+        return outcome;
+    }
+
+    // ---- what the scenarios share
+
+    static std::function<void(const DEVICECONFIG&)> is_named(const std::string& name) {
+        return [name](const DEVICECONFIG& r) { EXPECT_EQ(r.channel[0].name, name); };
+    }
+    void save_tables(int saves) {
+        for (int i = 1; i <= saves; ++i) {
+            device_.record().network.netconfig.mtu = i;
+            for (auto& address : device_.record().network.ipaddr)
+                std::memset(address.ipv6addr, i, sizeof address.ipv6addr);
+            request(EN_UPDATE_TABLE_LIST, for_tables({31, 35, kTableListEnd}));
+        }
+    }
+    Scenario group_save() {
+        settle("gate");
+        return {.states = 300, .drive = [this] { save_tables(6); }, .first = is_named("gate")};
+    }
+    // Nothing can be read of it.
+    static std::string damaged(std::string database) { return database.replace(0, 1024, 1024, 'x'); }
+    Scenario restore() {
+        const std::string backup = settled_database("backup");
+        put({{kMain, damaged(settled_database("gate"))}, {kBackup, backup}});
+        return {.states = 260, .logged = "Main Db is broken\n", .first = is_named("backup")};
+    }
+    Scenario rebuild() {
+        put({{kMain, settled_database("gate", 1000 << 8)}});
+        return {.states = 260, .first = is_named("gate")};
+    }
+    Scenario backup() {
+        settle("gate");
+        const auto save_and_wait = [this] {
+            std::strcpy(device_.record().channel[0].name, "north");
+            request(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3}));
+            for (int n = 0; n < 500 && content(kMain) != content(kBackup); ++n)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            EXPECT_EQ(content(kMain), content(kBackup));
+        };
+        return {.states = 225, .drive = save_and_wait, .hastes = true, .last = is_named("north")};
+    }
+    Scenario reset(int kind) {
+        settle("gate");
+        return {.states = 225,
+                .drive = [this, kind] { request(kind); },
+                .reloads = true,
+                .resets = true,
+                .first = is_named("gate"),
+                .last =
+                    [kind](const DEVICECONFIG& r) {
+                        EXPECT_STREQ(r.channel[0].name, "default");
+                        EXPECT_EQ(r.device.dev_info.dev_type, 7);
+                        EXPECT_EQ(r.network.netconfig.mtu, kind == EN_RESET_FACTORY_PARA_MODE2 ? 1400 : 1);
+                    }};
+    }
+    Scenario first_start() {
+        put({});
+        return {.states = 225, .logged = "Db version is -1,Read from cfg\n", .first = is_named("default")};
+    }
+    Scenario single_save() {
+        settle("gate");
+        const auto save = [this] {
+            for (int i = 1; i <= 8; ++i) {
+                std::strcpy(device_.record().channel[0].name, ("name " + std::to_string(i)).c_str());
+                request(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3}));
+            }
+        };
+        return {.states = 225, .drive = save, .first = is_named("gate"), .last = is_named("name 8")};
+    }
+    Scenario whole_store() {
+        settle("gate");
+        const auto store = [this] {
+            for (const Table* table : all_tables())
+                for (const Cell& cell : cells_of_table(*table))
+                    if (cell.field->kind != Kind::text && cell.field->size == 4)
+                        set_cell(device_.record(), cell, "1");
+            std::strcpy(device_.record().channel[0].name, "north");
+            request(EN_UPDATE_ALL_RECORD);
+        };
+        return {.states = 300,
+                .drive = store,
+                .reloads = true,
+                .first = is_named("gate"),
+                .last = is_named("north")};
+    }
+    Scenario upgrade(int major) {
+        put({{kMain, settled_database("gate", major << 8)}});
+        return {.states = 260, .first = is_named("gate")};
+    }
+    // Beginning with the page that is the root of a table or index.
+    static std::string replaced(std::string database, const std::string& root_of, const std::string& bytes) {
+        write_file(get_db_path(), database);
+        set_db_handle(db_open(get_db_path()));
+        const auto root = query("select rootpage from sqlite_master where name = '" + root_of + "'");
+        close_database();
+        return database.replace((std::stoul(root) - 1) * 1024, bytes.size(), bytes);
+    }
+    // The index of a key has no entries.
+    Scenario self_repair() {
+        const std::string empty_leaf{10, 0, 0, 0, 0, 4, 0, 0};
+        put({{kMain, replaced(settled_database("gate"), "sqlite_autoindex_chn_comp_info_1", empty_leaf)}});
+        return {.states = 225, .first = is_named("gate")};
+    }
+    // The channels cannot be read, the network can.
+    Scenario salvage() {
+        put({{kMain, replaced(settled_database("gate"), "chn_info", std::string(1024, 'x'))}});
+        return {
+            .states = 225, .logged = "Db version is -1,Read from cfg\n", .first = [](const DEVICECONFIG& r) {
+                EXPECT_STREQ(r.channel[0].name, "default");
+                EXPECT_EQ(r.network.netconfig.mtu, 1400);
+            }};
+    }
+    Scenario encryption() {
+        settled_database("gate");
+        fresh_database();
+        r_.sec_lock_auth.db_enc_version = 0x01000000;
+        save_all();
+        EXPECT_EQ(db_update_version(kCurrentVersion, get_db_handle()), 0);
+        close_database();
+        return {.states = 225, .first = [](const DEVICECONFIG& r) {
+                    EXPECT_EQ(r.sec_lock_auth.db_enc_version, kDefaultVersion);
+                    EXPECT_STREQ(r.network.pppoe.username, "user");
+                }};
+    }
+    Scenario log_wrap() {
+        Scenario restoring = restore();
+        for (int line = 0; line < 34; ++line)
+            log_operation("line %d of a log that is nearly full\n", line);
+        EXPECT_GT(content(kLog).size(), 1900u);
+        return restoring;
     }
 };
 
-TEST_F(Killed, StartEndsAsItWouldHave) {
-    const std::string current = database("gate", kCurrentVersion), old = database("gate", 1000 << 8),
-                      none = database("gate", 0), damaged(3000, 'x');
-    const struct {
-        std::string main, backup;
-        const char *name, *versions;
-    } cases[] = {
-        {"", "", "default", "302080"},        {damaged, "", "default", "302080"},
-        {damaged, current, "gate", "302080"}, {old, "", "gate", "299264"},
-        {none, "", "gate", "302080"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.versions + std::to_string(c.main.size()));
-        at_every_call(
-            [&] {
-                close_database();
-                put(get_db_path(), c.main);
-                put(get_db_backup_path(), c.backup);
-            },
-            [&] { start(); },
-            [&](bool) {
-                start();
-                EXPECT_STREQ(r_.channel[0].name, c.name);
-                EXPECT_EQ(query("select version from db_version"), c.versions);
-            });
+#define PROVE(NAME, SCENARIO)                    \
+    TEST_F(PowerCut, NAME) {                     \
+        const Outcome outcome = prove(SCENARIO); \
+        EXPECT_EQ(outcome.faults, 0u);           \
+        EXPECT_GE(outcome.states, 220u);         \
     }
-}
+PROVE(FirstStart, first_start())
+PROVE(SingleSave, single_save())
+PROVE(GroupSave, group_save())
+PROVE(WholeStore, whole_store())
+PROVE(Backup, backup())
+PROVE(PatchStep, upgrade(1168))
+PROVE(Chain, upgrade(1101))
+PROVE(SelfRepair, self_repair())
+PROVE(Salvage, salvage())
+PROVE(Restore, restore())
+PROVE(Rebuild, rebuild())
+PROVE(ResetOfAll, reset(EN_RESET_ALL_FACTORY_PARA))
+PROVE(ResetKeepingAccess, reset(EN_RESET_FACTORY_PARA_MODE2))
+PROVE(Encryption, encryption())
+PROVE(LogWrap, log_wrap())
 
-TEST_F(Killed, ResetLeavesTheOldOrTheNew) {
-    const std::string before = database("gate", kCurrentVersion);
-    for (const int mode : {kResetAll, kResetKeepingAccess})
-        at_every_call(
-            [&] {
-                close_database();
-                put(get_db_path(), before);
-                put(get_db_backup_path(), before);
-                std::strcpy(r_.channel[0].name, "gate");
-                r_.device.dev_info.dev_type = 7;
-            },
-            [&] { _exit(set_system_default_param(mode) == 0 ? 0 : 1); },
-            [&](bool acknowledged) {
-                const bool is_old = content(get_db_path()) == before;
-                EXPECT_FALSE(acknowledged && is_old);
-                start();
-                EXPECT_STREQ(r_.channel[0].name, is_old ? "gate" : "default");
-                EXPECT_EQ(r_.device.dev_info.dev_type, 7);
-            });
-}
+// The test of the test: each fault that the recorder commits in the service's place is seen.
+#define PLANT(NAME, FAULT, SCENARIO)                     \
+    TEST_F(PowerCut, Sees##NAME) {                       \
+        quiet_ = true;                                   \
+        EXPECT_GT(prove(SCENARIO, FAULT, 1).faults, 0u); \
+        quiet_ = false;                                  \
+    }
+PLANT(SynchronousNormal, "synchronous normal", group_save())
+PLANT(SkippedSync, "skipped fdatasync", group_save())
+PLANT(DeletedJournal, "journal deleted", group_save())
+PLANT(BackupCopiedInPlace, "backup copied in place", backup())
+PLANT(ReplyBeforeCommit, "replies before the commit", single_save())
+PLANT(ReplyBeforeRename, "replies before the rename", reset(EN_RESET_ALL_FACTORY_PARA))
+PLANT(RebuildThatDeletesFirst, "deletes before it rebuilds", rebuild())
 
 }  // namespace
