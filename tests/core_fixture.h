@@ -99,9 +99,10 @@ class Core : public testing::Test {
 
     static std::string path(const std::string& name) { return root_folder() + "/devinfo/" + name; }
     static std::string content(const std::string& file) {
-        std::ostringstream bytes;
-        bytes << std::ifstream(file, std::ios::binary).rdbuf();
-        return bytes.str();
+        std::ifstream in(file, std::ios::binary | std::ios::ate);
+        std::string bytes(in ? static_cast<std::size_t>(in.tellg()) : 0, '\0');
+        in.seekg(0).read(bytes.data(), std::ssize(bytes));
+        return bytes;
     }
     static void write_file(const std::string& file, const std::string& bytes) {
         std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes;

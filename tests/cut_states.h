@@ -41,6 +41,7 @@ class CutStates {
         std::size_t behind;  // so many operations
         std::size_t one;     // all_but_one, only_one, torn: which; some: a seed
         std::size_t names;   // of those that were not synced
+        std::size_t at = 0;  // torn: where, any number
     };
 
     // `inodes`: those of the files that were there before.
@@ -63,9 +64,10 @@ class CutStates {
                           [](const Operation& o) { return o.what.kind == Recorded::reply; }));
     }
 
-    // All cuts; of those that leave one write out, alone or torn at most `most` behind each operation.  Those next to
-    // what makes a difference (a sync, a name, a reply) come first, otherwise the order is the seed's.
-    std::vector<Cut> cuts(std::size_t most, unsigned seed) const {
+    // All cuts; behind each operation at most `most` that leave one write out, alone or torn, and so many random
+    // subsets.  Those next to what makes a difference (a sync, a name, a reply) come first, otherwise the order is the
+    // seed's.
+    std::vector<Cut> cuts(std::size_t most, std::size_t subsets, unsigned seed) const {
         std::mt19937 random(seed);
         std::vector<Cut> first, rest;
         Disk disk(before_, inodes_);
@@ -79,11 +81,11 @@ class CutStates {
                     simple.push_back({kind, k, 0, n});
             for (const auto kind : {Cut::size_only, Cut::rubbish})
                 simple.push_back({kind, k, 0, names});
-            for (std::size_t s = 0; s < 4; ++s)
+            for (std::size_t s = 0; s < subsets; ++s)
                 rest.push_back({Cut::some, k, random(), random() % (names + 1)});
             for (std::size_t n = 0; n < std::min(writes, most); ++n)
                 for (const auto kind : {Cut::all_but_one, Cut::only_one, Cut::torn})
-                    rest.push_back({kind, k, writes <= most ? n : random() % writes, names});
+                    rest.push_back({kind, k, writes <= most ? n : random() % writes, names, random()});
             if (k < operations_.size())
                 disk.apply(operations_[k]);
         }
@@ -170,6 +172,13 @@ class CutStates {
             content.resize(std::max(content.size(), at + bytes));
             content.replace(at, bytes, o.bytes, 0, bytes);
         }
+        // Up to one of the sectors' ends that lie in the write.
+        static std::size_t torn_size(const Operation& o, std::size_t which) {
+            const auto begin = static_cast<std::size_t>(o.what.offset);
+            const std::size_t whole = o.bytes.size(), first = begin / kSector + 1;
+            const std::size_t ends = whole == 0 ? 0 : (begin + whole - 1) / kSector + 1 - first;
+            return ends == 0 ? whole : (first + which % ends) * kSector - begin;
+        }
         static std::string first_name(const Operation& o) { return o.bytes.substr(0, o.bytes.find('\0')); }
         static void change(std::map<std::string, std::size_t>& files, const Pending& p) {
             const std::string name = first_name(*p.operation);
@@ -202,7 +211,7 @@ class CutStates {
                             change(content, o, whole);
                         break;
                     case Cut::torn:
-                        change(content, o, one ? whole / 2 / kSector * kSector : whole);
+                        change(content, o, one ? torn_size(o, cut.at) : whole);
                         break;
                     case Cut::some:
                         if (random() % 2 == 0)
@@ -220,7 +229,7 @@ class CutStates {
                 change(named, names[i]);
             Files files;
             for (const auto& [name, file] : named)
-                files[name] = contents[file];
+                files[name] = std::move(contents[file]);
             return files;
         }
     };
