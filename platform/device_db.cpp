@@ -109,11 +109,20 @@ int db_query_open_v2(db_handle db, const char* sql, db_cursor* cursor) {
 
     auto rows = std::make_unique<db_rows>();
     const int width = sqlite3_column_count(query.get());
-    for (int column = 0; column < width; ++column)
-        rows->columns.emplace_back(sqlite3_column_name(query.get(), column));
+    for (int column = 0; column < width; ++column) {
+        const char* name = sqlite3_column_name(query.get(), column);
+        if (name == nullptr)
+            return SQLITE_NOMEM;
+        rows->columns.emplace_back(name);
+    }
     while ((result = sqlite3_step(query.get())) == SQLITE_ROW) {
-        for (int column = 0; column < width; ++column)
-            rows->append(reinterpret_cast<const char*>(sqlite3_column_text(query.get(), column)));
+        for (int column = 0; column < width; ++column) {
+            const bool there = sqlite3_column_type(query.get(), column) != SQLITE_NULL;
+            const auto* value = reinterpret_cast<const char*>(sqlite3_column_text(query.get(), column));
+            if (value == nullptr && there)
+                return SQLITE_NOMEM;
+            rows->append(value);
+        }
     }
     if (result != SQLITE_DONE)
         return result;

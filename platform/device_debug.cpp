@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 #include <mutex>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -133,19 +134,23 @@ void dev_debug_v1(int level, int module, const char* file, int line, const char*
     if (level > threshold(module))
         return;
     const int callers_errno = errno;
-    std::string text = "[" + std::to_string(level) + "][" + std::to_string(module) + "][" +
-                       text_or_unknown(file) + ":" + std::to_string(line) + " " + text_or_unknown(function) +
-                       "] ";
-    if (format != nullptr) {
-        va_list arguments;
-        va_start(arguments, format);
-        text += format_message(format, arguments);
-        va_end(arguments);
+    va_list arguments;
+    va_start(arguments, format);
+    try {
+        std::string text = "[" + std::to_string(level) + "][" + std::to_string(module) + "][" +
+                           text_or_unknown(file) + ":" + std::to_string(line) + " " +
+                           text_or_unknown(function) + "] ";
+        if (format != nullptr)
+            text += format_message(format, arguments);
+        while (text.back() == '\n')
+            text.pop_back();
+        text += '\n';
+        write_all(STDERR_FILENO, text.data(), text.size());
+    } catch (const std::bad_alloc&) {  // who logs may be about to clean up: what can be said is said
+        dprintf(STDERR_FILENO, "[%d][%d][%s:%d %s] (out of memory)\n", level, module, text_or_unknown(file),
+                line, text_or_unknown(function));
     }
-    while (text.back() == '\n')
-        text.pop_back();
-    text += '\n';
-    write_all(STDERR_FILENO, text.data(), text.size());
+    va_end(arguments);
     errno = callers_errno;
 }
 

@@ -17,6 +17,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <string>
 #include <utility>
@@ -187,13 +188,20 @@ class service {
         return nullptr;
     }
 
+    // A connection that there is no memory for is closed, and the caller learns it from that.
     void work() {
         setPthreadName(thread_name_.c_str());
-        connection_iterator current;
-        do {
-            current = admit(accept_connection());
-            serve(*current);
-        } while (finish(current));
+        bool wanted = true;
+        while (wanted) {
+            std::optional<connection_iterator> current;
+            try {
+                current = admit(accept_connection());
+                serve(**current);
+            } catch (const std::bad_alloc&) {
+                dev_debug_v1(kError, -1, kSourceFile, __LINE__, __func__, "out of memory\n");
+            }
+            wanted = !current || finish(*current);
+        }
     }
 
     unique_fd accept_connection() {
@@ -220,8 +228,8 @@ class service {
         set_timeout(fd.get(), SO_RCVTIMEO, kIdleTimeout);
         set_timeout(fd.get(), SO_SNDTIMEO, kUnreadTimeout);
         const std::lock_guard lock(mutex_);
-        --accepting_;
         connections_.emplace_front().fd = std::move(fd);
+        --accepting_;
         const connection_iterator admitted = connections_.begin();
         if (accepting_ == 0 && !start_worker())
             shut_idle_longest(admitted);
