@@ -13,12 +13,14 @@
 #include <ctime>
 #include <memory>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "log.h"
 #include "state.h"
+#include "unique_fd.h"
 
 namespace {
 
@@ -48,19 +50,18 @@ uint32_t largest_index(uint32_t scheme) {
 
 // The hardware address of eth0 up to its first zero byte; empty when there is none.
 std::string network_address() {
-    const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (fd < 0) {
+    const unique_fd fd(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    if (!fd) {
         std::perror("Socket");
         return {};
     }
     ifreq request{};
     std::strcpy(request.ifr_name, "eth0");
     std::string address;
-    if (ioctl(fd, SIOCGIFHWADDR, &request) != 0)
+    if (ioctl(fd.get(), SIOCGIFHWADDR, &request) != 0)
         ENC_LOG(kError, "get_mac_num ioctl error and \n");
     else
         address.assign(request.ifr_hwaddr.sa_data, strnlen(request.ifr_hwaddr.sa_data, 8));
-    close(fd);
     return address;
 }
 
@@ -69,6 +70,13 @@ using Key = std::array<unsigned char, kBlock>;
 Key key_of(uint32_t version) {
     Key key{};
     return get_mac_num(version, key.data()) == 0 ? key : Key{};  // an index out of range: zeros
+}
+
+// Nothing is stored, nor loaded, instead of what could not be had, most likely for want of memory.
+[[noreturn]] void fail(const char* function, const char* what) {
+    dev_debug_v1(kError, kEncryptionModule, kSourceFile, __LINE__, function, "%s: %s failed\n", function,
+                 what);
+    throw std::runtime_error(what);
 }
 
 // Encrypts or decrypts whole blocks in place.
@@ -177,7 +185,13 @@ void VersionInUse::undo_creation() {
 void compute_md5(const void* data, std::size_t length, unsigned char* digest) {
     if (data != nullptr && digest != nullptr &&
         EVP_Digest(data, length, digest, nullptr, EVP_md5(), nullptr) != 1)
-        ENC_LOG(kError, "compute_md5: the digest failed\n");
+        fail(__func__, "the digest");
+}
+
+void prepare_encryption() {
+    std::vector<unsigned char> data(kBlock);
+    if (!run_cipher(data, key_of(kDefaultVersion), true))
+        fail(__func__, "the cipher");
 }
 
 int get_mac_num(uint32_t version, unsigned char* key) {
@@ -219,10 +233,8 @@ void db_encrypt(const char* clear, char* output, int length, int capacity) {
     VersionInUse::note_use();
     std::vector<unsigned char> data((used / kBlock + 1) * kBlock);
     std::memcpy(data.data(), clear, used);
-    if (!run_cipher(data, key_of(version), true)) {
-        ENC_LOG(kError, "db_encrypt: the cipher failed\n");
-        return;
-    }
+    if (!run_cipher(data, key_of(version), true))
+        fail(__func__, "the cipher");
     std::string stored;
     for (const unsigned char byte : data) {
         constexpr char kDigits[] = "0123456789abcdef";
@@ -261,10 +273,8 @@ void db_decrypt(const char* stored, char* output, int length, int capacity) {
     std::string_view clear = text;
     if (!data.empty()) {
         data.resize(data.size() / kBlock * kBlock);
-        if (!run_cipher(data, key_of(version), false)) {
-            ENC_LOG(kError, "db_decrypt: the cipher failed\n");
-            return;
-        }
+        if (!run_cipher(data, key_of(version), false))
+            fail(__func__, "the cipher");
         const char* bytes = reinterpret_cast<const char*>(data.data());
         clear = {bytes, strnlen(bytes, data.size())};
     }

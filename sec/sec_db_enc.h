@@ -4,7 +4,7 @@
 //
 // Stored form: for every cipher byte a colon and its lower-case hexadecimal number without leading zeros,
 // ":a:f3".  The clear text is encrypted with its terminating NUL, zero-padded to whole blocks of 16
-// bytes.
+// bytes.  Where the cipher or the digest fails, which takes a shortage of memory, the functions throw.
 #ifndef SEC_SEC_DB_ENC_H
 #define SEC_SEC_DB_ENC_H
 
@@ -65,6 +65,10 @@ class VersionInUse {
 
 // The word of the scheme under which this system encrypts unless it is told another.
 inline constexpr uint32_t kDefaultVersion = kSchemeDefault << 8;
+
+// Makes the library behind all this ready.  Where memory is short that may end the process: to be called before it
+// has anything to lose.
+void prepare_encryption();
 
 // The text has the form in which encrypted ones are stored.
 [[nodiscard]] bool is_stored_form(std::string_view text);
