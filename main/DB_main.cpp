@@ -8,7 +8,9 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <exception>
 
 #include "DB_process_service.h"
 #include "DB_uni_process.h"
@@ -17,6 +19,7 @@
 #include "device_paths.h"
 #include "log.h"
 #include "request.h"
+#include "sec_db_enc.h"
 #include "start.h"
 #include "state.h"
 #include "well_known.h"
@@ -93,12 +96,13 @@ int semaphore_wait(int id) {
     return 0;
 }
 
-int main() {
+int main() try {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);  // a killed process leaves what it has said
     std::puts("\nEnter DB_main-------------------");
     for (const int ignored : {SIGPIPE, SIGTTIN, SIGTTOU})
         signal(ignored, SIG_IGN);
     init_debug_task(0, 0);
+    prepare_encryption();
     if (!device_prepare_root()) {
         std::fprintf(stderr, "database_process: the folders below DEVICE_ROOT cannot be made: %s\n",
                      std::strerror(errno));
@@ -110,7 +114,10 @@ int main() {
     }
     if (pthreadMutexInit(&g_db_mutexsem) != 0)
         DB_LOG(kSevere, "pthreadMutexInit g_db_mutexsem failed ......\n");
-    if (ipc_unix_init("database_process", kServiceNumber, db_service_task, db_service_task) != 0) {
+    const auto serve = [] {
+        return ipc_unix_init("database_process", kServiceNumber, db_service_task, db_service_task);
+    };
+    if (serve() != 0 && (errno == EADDRINUSE || serve() != 0)) {
         if (errno == EADDRINUSE) {
             std::fprintf(stderr, "database_process: another one serves this device already\n");
             return 1;
@@ -156,4 +163,8 @@ int main() {
         sleep(100000);
         std::puts("sleep here...");
     }
+} catch (const std::exception& e) {
+    // Whoever started it starts it again; nothing that is stored has changed by half.
+    std::fprintf(stderr, "database_process: the start failed: %s\n", e.what());
+    std::_Exit(1);  // others of its threads may be running
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <optional>
 #include <span>
 #include <vector>
@@ -400,7 +401,13 @@ int db_service_task(void* buffer, int* reply_length, int load_type) {
                 r.smd_type, r.scene_no);
     const DatabaseLock lock;
     const DeviceQueries queries;
-    const Outcome outcome = run(load_type, request);
+    Outcome outcome;
+    try {
+        outcome = run(load_type, request);
+    } catch (const std::exception& e) {
+        DB_LOG(kError, "load_type(0x%x) failed: %s\n", static_cast<unsigned>(load_type), e.what());
+        outcome = refusal(load_type);
+    }
     if (!outcome.reply || buffer == nullptr || reply_length == nullptr)
         return outcome.handler_result;
     std::memcpy(buffer, &*outcome.reply, sizeof *outcome.reply);

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <exception>
 
 #include "device_thread.h"
 #include "files.h"
@@ -42,7 +43,10 @@ bool backup_db_file() {
     db_handle db = get_db_handle();
     if (db == nullptr)
         return false;
-    if (const int integrity = check_active_db_integrity(db); integrity != 0) {
+    int integrity = check_active_db_integrity(db);
+    if (integrity < 0)  // or a fault of the moment
+        integrity = check_active_db_integrity(db);
+    if (integrity != 0) {
         if (integrity < 0 && rebuild_from_record(kCurrentVersion) != Rebuilt::complete)
             DB_LOG(kError, "the damaged database cannot be made anew\n");
         return false;
@@ -114,7 +118,13 @@ void Backup::run() {
             const DatabaseLock lock;
             if (closing_flag)
                 return;
-            seconds = cycle();
+            try {
+                seconds = cycle();
+            } catch (const std::exception& e) {
+                DB_LOG_AS(kError, "backup_dev_cfg", "%s\n", e.what());
+                last_backup_ok_ = false;
+                seconds = kIntervalAfterFailure;
+            }
         }
         sleep_(seconds);
     }
