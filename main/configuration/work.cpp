@@ -196,7 +196,9 @@ bool Work::store_version() {
     if (brings_version() && save_table(encryption_word_table()) != 0)
         return false;
     const auto stored = stored_version();
-    if (stored && stored->there && stored->version == version_->version())
+    if (!stored)
+        return false;
+    if (stored->there && stored->version == version_->version())
         return true;
     const std::string update =
         "update sec_lock_auth_db_info set db_enc_version = " + std::to_string(version_->version()) + ";";

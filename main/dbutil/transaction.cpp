@@ -12,13 +12,16 @@ namespace {
 constexpr const char* kSourceFile = "main/dbutil.c";
 
 bool spoilt = false;  // the transaction holds what should have been undone
+bool begun = false;   // and neither committed nor rolled back by this program
 
 int begin(db_handle db, const char* sql) {
     if (db != nullptr && sqlite3_get_autocommit(db) == 0)
         db_rollback();
     spoilt = false;
     seal_begins();
-    return db_execsql(db, sql);
+    const int rc = db_execsql(db, sql);
+    begun = rc == 0;
+    return rc;
 }
 
 int begin_to_store(const char* sql) {
@@ -72,6 +75,7 @@ int try_db_begin_exclusive() {
 }
 
 void db_rollback() {
+    begun = false;
     if (db_transaction_lost())
         return;  // SQLite was there first
     if (db_execsql(get_db_handle(), "ROLLBACK;") != 0)
@@ -82,8 +86,10 @@ int db_commit() {
     int rc = spoilt ? SQLITE_ABORT : seal_transaction();
     if (rc == 0)
         rc = db_execsql(get_db_handle(), "COMMIT;");
-    if (rc == 0)
+    if (rc == 0) {
+        begun = false;
         return 0;
+    }
     DB_LOG(kError, "COMMIT err\n");
     db_rollback();
     return rc;
@@ -91,6 +97,10 @@ int db_commit() {
 
 bool db_transaction_lost() {
     return get_db_handle() == nullptr || sqlite3_get_autocommit(get_db_handle()) != 0;
+}
+
+bool db_transaction_broken() {
+    return begun && db_transaction_lost();
 }
 
 Savepoint::Savepoint() : open_(db_execsql(get_db_handle(), "savepoint table_function;") == 0) {}

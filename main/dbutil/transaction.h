@@ -25,6 +25,9 @@ void db_rollback();
 // nothing more may run in it.
 [[nodiscard]] bool db_transaction_lost();
 
+// True where that is so of a transaction that was begun above: what runs now is stored on its own.
+[[nodiscard]] bool db_transaction_broken();
+
 // Part of a transaction that can be undone on its own.  Undone unless kept; where that fails, the whole
 // transaction can no longer be committed.
 //

@@ -13,6 +13,7 @@
 #include "state.h"
 #include "store.h"
 #include "stored_rows.h"
+#include "transaction.h"
 #include "walk.h"
 
 namespace dbshell {
@@ -22,21 +23,37 @@ namespace {
 // Serves all rows of all saves: they run one at a time, under g_db_mutexsem.
 Values scratch;
 
-// Runs a statement; `asks` is called with each row that it gives until it returns false.  SQLite's code.
+// A prepared statement that is left as it was found.
+class Used {
+  public:
+    explicit Used(sqlite3_stmt* s) : s_(s) {}
+    ~Used() {
+        sqlite3_reset(s_);
+        sqlite3_clear_bindings(s_);
+    }
+    Used(const Used&) = delete;
+    Used& operator=(const Used&) = delete;
+
+  private:
+    sqlite3_stmt* s_;
+};
+
+// Runs a statement; `asks` is called with each row that it gives until it returns false.  SQLite's code.  Behind a
+// transaction that SQLite has rolled back by itself nothing runs: it would be stored on its own.
 template <class Asks>
 int run(const Statement& statement, Purpose purpose, const Values& values, Asks asks) {
+    if (db_transaction_broken())
+        return SQLITE_ABORT;
     int rc = SQLITE_OK;
     sqlite3_stmt* s = prepared(statement, purpose, rc);
     if (s == nullptr)
         return rc;
+    const Used used(s);
     rc = values.bind(s);
     if (rc == SQLITE_OK)
         while ((rc = db_step(s, statement.table)) == SQLITE_ROW && asks(s)) {
         }
-    rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
-    sqlite3_reset(s);
-    sqlite3_clear_bindings(s);
-    return rc;
+    return rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
 }
 
 int run(const Statement& statement, Purpose purpose, const Values& values) {
@@ -45,10 +62,13 @@ int run(const Statement& statement, Purpose purpose, const Values& values) {
 
 // Runs a count or a delete of the rows that lie within the same indexes.
 int run_for_scope(const Table& t, Purpose purpose, Index at, int64_t* count = nullptr) {
+    if (db_transaction_broken())
+        return SQLITE_ABORT;
     int rc = SQLITE_OK;
     sqlite3_stmt* s = prepared(t.fill[0], purpose, rc, &t);
     if (s == nullptr)
         return rc;
+    const Used used(s);
     int parameter = 0;
     for (const KeyColumn& k : t.keys)
         if (is_scope(t, k, purpose) && rc == SQLITE_OK)
@@ -57,9 +77,7 @@ int run_for_scope(const Table& t, Purpose purpose, Index at, int64_t* count = nu
         rc = db_step(s, t.fill[0].table);
     if (rc == SQLITE_ROW && count != nullptr)
         *count = sqlite3_column_int64(s, 0);
-    rc = rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
-    sqlite3_reset(s);
-    return rc;
+    return rc == SQLITE_DONE || rc == SQLITE_ROW ? SQLITE_OK : db_report_error();
 }
 
 // A row that stood under the key of a default row, and lies outside of those that were counted: another save's of the

@@ -82,11 +82,14 @@ int Rows::column(std::string_view name) const {
 
 int Rows::find_column(std::string_view name) const {
     const int columns = sqlite3_column_count(statement_);
-    for (int i = 0; i < columns; ++i)
-        if (sqlite3_strnicmp(sqlite3_column_name(statement_, i), name.data(),
-                             static_cast<int>(name.size())) == 0 &&
-            sqlite3_column_name(statement_, i)[name.size()] == '\0')
+    for (int i = 0; i < columns; ++i) {
+        const char* const other = sqlite3_column_name(statement_, i);
+        if (other == nullptr)
+            error_ = SQLITE_NOMEM;
+        else if (sqlite3_strnicmp(other, name.data(), static_cast<int>(name.size())) == 0 &&
+                 other[name.size()] == '\0')
             return i;
+    }
     return -1;
 }
 
@@ -95,8 +98,13 @@ bool Rows::is_null(int column) const {
 }
 
 std::string_view Rows::text(int column) const {
+    const bool there = !is_null(column);
     const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
-    return bytes != nullptr ? std::string_view(bytes) : std::string_view();
+    if (bytes != nullptr)
+        return bytes;
+    if (there)
+        error_ = SQLITE_NOMEM;
+    return {};
 }
 
 int64_t Rows::number(int column) const {

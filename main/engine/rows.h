@@ -52,7 +52,7 @@ class Rows {
 
   private:
     sqlite3_stmt* statement_ = nullptr;
-    int error_ = 0;
+    mutable int error_ = 0;  // a value that there is no memory for is one
     Values values_;
     mutable std::vector<std::pair<std::string_view, int>>
         known_;  // by the names' addresses: they are the catalogue's
