@@ -89,19 +89,14 @@ bool make(const char* path, int mode) {
     for (const Kept& k : kept)
         if (k.save != nullptr)
             stores.push_back(find_function(k.save).table);
-    set_db_handle(db_open(path));
+    const ForAWhile next(db_open(path));
     if (get_db_handle() == nullptr) {
         DB_LOG_AS(kError, "set_system_default_param", "db_open %s failed...\n", path);
         return false;
     }
-    bool made = false;
-    {
-        Work work;
-        made = work.begin_anew(stores) && make_tables(kept) == 0 && save_tables(kept) == 0 && work.commit();
-    }
-    db_handle db = release_db_handle();
-    db_close(&db);
-    return made && sync_file(path);
+    Work work;
+    return work.begin_anew(stores) && make_tables(kept) == 0 && save_tables(kept) == 0 && work.commit() &&
+           sync_file(path);
 }
 
 // For good: a power cut after this does not bring it back.

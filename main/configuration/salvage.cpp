@@ -42,16 +42,12 @@ class StandIn {
 Salvage::Salvage(const char* path) : read_(std::make_unique<DEVICECONFIG>()) {
     std::memcpy(read_.get(), get_cfg_param(), sizeof *read_);
     const StandIn stand_in(read_.get());
-    set_db_handle(db_open(path));
-    {
-        Work work;
-        if (work.begin_to_load() && is_read(encryption_word_table().get)) {
-            network_ = std::all_of(std::begin(kNetwork), std::end(kNetwork), is_read);
-            alarm_server_ = is_read("db_get_zorvy_config");
-        }
+    const ForAWhile damaged(db_open(path));
+    Work work;
+    if (work.begin_to_load() && is_read(encryption_word_table().get)) {
+        network_ = std::all_of(std::begin(kNetwork), std::end(kNetwork), is_read);
+        alarm_server_ = is_read("db_get_zorvy_config");
     }
-    db_handle damaged = release_db_handle();
-    db_close(&damaged);
 }
 
 void Salvage::restore() const {

@@ -2,14 +2,15 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "log.h"
 #include "unique_fd.h"
@@ -71,7 +72,12 @@ bool sync_file(const char* path) {
 }
 
 bool sync_folder_of(const char* path) {
-    return sync_file(std::filesystem::path(path).parent_path().c_str());
+    char folder[PATH_MAX];
+    const auto length = std::string_view(path).rfind('/');
+    if (length == 0 || length >= sizeof folder)
+        return sync_file(length == 0 ? "/" : ".");
+    folder[std::string_view(path).copy(folder, length)] = '\0';
+    return sync_file(folder);
 }
 
 int check_file_exist(const char* path) {
@@ -118,7 +124,12 @@ int check_file_equal(const char* path1, const char* path2) {
 }
 
 bool remove_journal(const char* path) {
-    return std::remove((std::string(path) + "-journal").c_str()) == 0 || errno == ENOENT;
+    char journal[PATH_MAX];
+    if (std::snprintf(journal, sizeof journal, "%s-journal", path) >= static_cast<int>(sizeof journal))
+        errno = ENAMETOOLONG;
+    else if (std::remove(journal) == 0)
+        return true;
+    return errno == ENOENT;
 }
 
 bool replace_file(const char* from, const char* to) {

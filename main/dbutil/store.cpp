@@ -99,16 +99,25 @@ db_handle release_db_handle() {
     return std::exchange(process_handle, nullptr);
 }
 
+void CloseDatabase::operator()(db_handle db) const {
+    db_close(&db);
+}
+
+ForAWhile::~ForAWhile() {
+    db_handle db = release_db_handle();
+    db_close(&db);
+}
+
 db_handle db_open(const char* path) {
-    db_handle db = db_connect(0, path, 0, 0);
-    if (db == nullptr) {
+    OwnDatabase db(db_connect(0, path, 0, 0));
+    if (!db) {
         DB_LOG(kInfo, "Open database failure, waiting for 500ms to try again\n");
         usleep(500000);
-        db = db_connect(0, path, 0, 0);
+        db.reset(db_connect(0, path, 0, 0));
     }
-    if (db != nullptr && db_settle(db) != 0)
+    if (db && db_settle(db.get()) != 0)
         DB_LOG(kError, "%s is opened, but cannot be stored to yet\n", path);
-    return db;
+    return db.release();
 }
 
 int db_settle(db_handle db) {
@@ -145,19 +154,18 @@ int db_close_and_remove(db_handle db, const char* path) {
 }
 
 int db_create(const char* path) {
-    db_handle db = db_open(path);
-    if (db == nullptr) {
+    const OwnDatabase db(db_open(path));
+    if (!db) {
         DB_LOG(kError, "creat_database:sqldb = NULL\n");
         return -1;
     }
-    int result = db_settle(db);
+    int result = db_settle(db.get());
     if (result == 0)
-        result = db_execsql(db, "BEGIN;");  // one commit for all tables
+        result = db_execsql(db.get(), "BEGIN;");  // one commit for all tables
     if (result == 0)
-        result = creat_all_table(db);
+        result = creat_all_table(db.get());
     if (result == 0)
-        result = db_execsql(db, "COMMIT;");
-    db_close(&db);
+        result = db_execsql(db.get(), "COMMIT;");
     return result == 0 ? 0 : -1;
 }
 

@@ -8,6 +8,7 @@
 #define DBUTIL_STORE_H
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,21 @@ void set_db_handle(db_handle db);
 
 // Gives the handle up without closing it: the caller owns it, and the process has none.  Null: there was none.
 [[nodiscard]] db_handle release_db_handle();
+
+// A database that is nobody else's.
+struct CloseDatabase {
+    void operator()(db_handle db) const;
+};
+using OwnDatabase = std::unique_ptr<sqlite3, CloseDatabase>;
+
+// A database that is the process's for a while.
+class ForAWhile {
+  public:
+    explicit ForAWhile(db_handle db) { set_db_handle(db); }
+    ~ForAWhile();
+    ForAWhile(const ForAWhile&) = delete;
+    ForAWhile& operator=(const ForAWhile&) = delete;
+};
 
 // Opens a database file for this system.  Tries twice, half a second apart; null on failure.
 [[nodiscard]] db_handle db_open(const char* path);
