@@ -147,17 +147,16 @@ int store_all_tables(const Capabilities& capabilities) {
     return -1;
 }
 
-}  // namespace
-
-int get_alldata_from_db() {
-    const Capabilities capabilities(kLoad);
+// What get_alldata_from_db does, once.  kLost: the storage or the memory failed, and SQLite ended the transaction.
+constexpr int kLost = kNothingLoaded - 1;
+int load_all_tables(const Capabilities& capabilities) {
     Work work;
     if (!work.begin_to_load())
         return kNothingLoaded;
     for (int t = 0; t < kTableNumbers; ++t)
         not_loaded.set(static_cast<std::size_t>(t), capabilities.closed_for(t) != nullptr);
     int result = 0;
-    visit_tables(capabilities, __func__, [&](int t) {
+    visit_tables(capabilities, "get_alldata_from_db", [&](int t) {
         if (tables_fun[t].get == nullptr) {
             DB_LOG_AS(kError, "get_alldata_from_db", "tables_fun[%d].get is null \n", t);
             return true;
@@ -166,10 +165,23 @@ int get_alldata_from_db() {
             result = rc;
             not_loaded.set(static_cast<std::size_t>(t));
             DB_LOG_AS(kError, "get_alldata_from_db", "get_alldata_from_db failed,table:%d\n", t);
+            if (db_transaction_broken())
+                result = kLost;
         }
-        return true;
+        return result != kLost;
     });
     return work.commit() || result != 0 ? result : -1;
+}
+
+}  // namespace
+
+// A record that lacks a table for a fault of the moment would be stored, by an upgrade or a store of everything.
+int get_alldata_from_db() {
+    const Capabilities capabilities(kLoad);
+    int result = load_all_tables(capabilities);
+    if (result == kLost)
+        result = load_all_tables(capabilities);
+    return result == kLost ? kNothingLoaded : result;
 }
 
 bool load_passed_over_tables() {
@@ -181,8 +193,7 @@ bool load_passed_over_tables() {
         if (capabilities.closed_for(t) != nullptr && tables_fun[t].get != nullptr &&
             work.load(tables_fun[t]) != 0)
             DB_LOG(kInfo, "table %d cannot be loaded\n", t);
-    static_cast<void>(work.commit());
-    return true;
+    return work.commit();
 }
 
 int set_alldata_to_db() {

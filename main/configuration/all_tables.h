@@ -8,7 +8,7 @@
 
 #include "registry.h"
 
-inline constexpr int kNothingLoaded = -100;  // another process holds the database
+inline constexpr int kNothingLoaded = -100;  // another process holds the database, or it cannot be read now
 
 // The load goes on after a failure.  0, or the result of the last get that failed, or kNothingLoaded.
 [[nodiscard]] int get_alldata_from_db();

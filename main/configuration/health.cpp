@@ -71,12 +71,11 @@ bool is_dump_whole() {
 std::set<std::string> table_names(const char* path) {
     std::set<std::string> names;
     db_cursor cursor;
-    db_handle db = db_connect(0, path, 0, 0);
-    if (db_query_open_v2(db, "select name from sqlite_master where type = 'table';", &cursor) == 0)
+    const OwnDatabase db(db_connect(0, path, 0, 0));
+    if (db_query_open_v2(db.get(), "select name from sqlite_master where type = 'table';", &cursor) == 0)
         for (int i = 0; i < db_query_rec_count_v2(&cursor); ++i)
             if (const char* name = db_query_fields_v2(&cursor, "name", i))
                 names.insert(name);
-    db_disconnect(db);
     return names;
 }
 
@@ -117,36 +116,42 @@ bool repair(const char* path) {
 
 // ------------------------------------------------------------------------------------- key rows
 
-// What another process's lock hides is not missing.
+// What cannot be counted now, for another process's lock or for want of memory, is not missing.
 bool has_rows(db_handle db, const char* table) {
     db_cursor cursor;
     const std::string count = std::string("select count(*) from ") + table + ";";
     const int rc = db_query_open_v2(db, count.c_str(), &cursor);
-    return rc == SQLITE_BUSY || rc == SQLITE_LOCKED || (rc == SQLITE_OK && db_query_table_rows(&cursor) > 0);
+    return rc == SQLITE_BUSY || rc == SQLITE_LOCKED || rc == SQLITE_NOMEM ||
+           (rc == SQLITE_OK && db_query_table_rows(&cursor) > 0);
 }
 
 bool has_key_rows(const char* path) {
-    db_handle db = db_open(path);
-    if (db == nullptr) {
+    const OwnDatabase db(db_open(path));
+    if (!db) {
         std::puts("db open failed!");
         return false;
     }
     bool all = true;
     for (const char* table : kKeyTables)
-        all = has_rows(db, table) && all;
-    db_close(&db);
+        all = has_rows(db.get(), table) && all;
     return all;
+}
+
+// What is gone at the second look was a fault of the moment: the backup would bring older values.
+template <class Look>
+bool is_so(Look look) {
+    return look() && look();
 }
 
 // The code of the first thing that is wrong; 0.
 int examine(const char* path) {
-    if (check_file_exist(path) != 0)
+    if (is_so([&] { return check_file_exist(path) != 0; }))
         return kFileMissing;
-    if (check_file_not_empty(path) != 0)
+    if (is_so([&] { return check_file_not_empty(path) != 0; }))
         return kFileEmpty;
-    if (check_inactive_db_integrity(path) < 0 && !repair(path))
+    if (is_so([&] { return check_inactive_db_integrity(path) < 0; }) && !repair(path))
         return kUnrepairable;
-    return has_key_rows(path) ? 0 : kKeyRowsMissing;
+    return is_so([&] { return !has_key_rows(path); }) ? kKeyRowsMissing : 0;
 }
 
 }  // namespace

@@ -158,29 +158,53 @@ class Held {
     int code_;
 };
 
+// The process has no database meanwhile; this one again, unless its successor has taken its place.
+class SetAside {
+  public:
+    SetAside() : db_(release_db_handle()) {}
+    ~SetAside() {
+        if (replaced_)
+            return;
+        db_handle unfinished = release_db_handle();
+        db_close(&unfinished);
+        set_db_handle(db_);
+    }
+    SetAside(const SetAside&) = delete;
+    SetAside& operator=(const SetAside&) = delete;
+    db_handle get() const { return db_; }
+    void replace() {
+        replaced_ = true;
+        db_close(&db_);
+    }
+
+  private:
+    db_handle db_;
+    bool replaced_ = false;
+};
+
 }  // namespace
 
 Rebuilt rebuild_from_record(int version) {
     const DeviceQueries queries;
-    db_handle old = release_db_handle();
+    SetAside old;
     Rebuilt result = Rebuilt::not_created;
     bool replaced = false;
-    if (const Held held(old); !held.by_another()) {
+    if (const Held held(old.get()); !held.by_another()) {
         NewFile next(get_db_path());
-        result = build(next.path(), version, old);
+        result = build(next.path(), version, old.get());
         db_handle fresh = release_db_handle();
         db_close(&fresh);
-        // Tables without rows are better than none: rows can be stored one by one.
-        if (result == Rebuilt::complete || (result >= Rebuilt::not_filled && has_no_tables(old)))
+        // Tables without rows are better than none: rows can be stored one by one.  The check finishes a rollback that
+        // found no space.
+        if (result == Rebuilt::complete || (result >= Rebuilt::not_filled && has_no_tables(old.get()) &&
+                                            check_inactive_db_integrity(next.path()) == 0))
             replaced = next.take_place() || check_file_exist(next.path()) != 0;  // moved, synced or not
         if (!replaced && result == Rebuilt::complete)
             result = Rebuilt::not_opened;
     }
-    if (!replaced) {
-        set_db_handle(old);
+    if (!replaced)
         return result;
-    }
-    db_close(&old);
+    old.replace();
     set_db_handle(db_open(get_db_path()));
     return get_db_handle() == nullptr ? Rebuilt::not_opened : result;
 }

@@ -41,7 +41,7 @@ constexpr int kLockAttempts = 6;
 // What a start could not do and the next request tries again.
 enum class Pending {
     nothing,
-    start,         // another process held the database
+    start,         // another process held the database, or it could not be opened
     copy,          // the backup is healthy, and could not be copied over it
     new_database,  // the old one is given up, and a new one could not be made
 };
@@ -130,20 +130,23 @@ int db_get_param_from_devcfg() {
 int wait_for_the_copy() {
     DB_LOG_AS(kError, "init_database", "the backup cannot take the place of the database yet\n");
     if (std::exchange(pending, Pending::copy) != Pending::copy) {
-        set_db_handle(db_open(get_db_backup_path()));
+        const ForAWhile backup(db_open(get_db_backup_path()));
         if (get_db_handle() != nullptr) {
             load_encryption_word(db_get_version(get_db_handle()));
             load_all();
         }
-        db_handle db = release_db_handle();
-        db_close(&db);
     }
     return -1;
 }
 
 int patch(int version) {
     const UserSection loaded_users = get_cfg_param()->users;
-    const ChainEnd end = run_patch_chain(version);
+    ChainEnd end = run_patch_chain(version);
+    if (end.step_failed) {  // perhaps for a fault of the moment; the accounts as below
+        if (major_of(end.version) < kEncryptedMajor)
+            get_cfg_param()->users = loaded_users;
+        end = run_patch_chain(end.version);
+    }
     if (end.complete())
         return 0;
     log_operation("Db patch[%d->%d] failed[%d].Need reconstruct.\n", major_of(version), kCurrentMajor,
@@ -189,6 +192,7 @@ int start_by_condition() {
     set_db_handle(db_open(get_db_path()));  // healthy, restored, without key rows; or missing or empty
     if (get_db_handle() == nullptr) {
         DB_LOG_AS(kError, "init_database", "the database %s cannot be opened\n", get_db_path());
+        pending = Pending::start;
         return -1;
     }
     const int version = db_get_version(get_db_handle());
@@ -340,8 +344,13 @@ int init_database() {
 }
 
 bool was_load_pending() {
-    const bool was_pending = pending != Pending::nothing;
-    if (was_pending && !closing_flag && start(1) != 0)
-        DB_LOG(kError, "the database is still not started\n");
-    return was_pending;
+    const Pending before = pending;
+    try {
+        if (before != Pending::nothing && !closing_flag && start(1) != 0)
+            DB_LOG(kError, "the database is still not started\n");
+    } catch (...) {
+        pending = before;
+        throw;
+    }
+    return before != Pending::nothing;
 }

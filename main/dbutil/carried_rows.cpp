@@ -24,6 +24,12 @@ Prepared prepare(db_handle db, const std::string& sql) {
     return Prepared(statement);
 }
 
+// The statement before failed at what may succeed the next time.
+bool may_pass(db_handle db) {
+    const int code = sqlite3_errcode(db);
+    return code == SQLITE_NOMEM || code == SQLITE_IOERR;
+}
+
 // The old table's columns that the new one has, with commas between; empty: none, or no such table.
 std::string common_columns(db_handle from, const CarriedRows& rows) {
     const CreatedTable* created = created_table(rows.table);
@@ -42,7 +48,7 @@ std::string common_columns(db_handle from, const CarriedRows& rows) {
 bool carry_rows(db_handle from, db_handle to, const CarriedRows& rows) {
     const std::string columns = common_columns(from, rows), table(rows.table);
     if (columns.empty())
-        return true;
+        return !may_pass(from);
     const Prepared old = prepare(
         from, "select " + columns + " from " + table + (rows.where.empty() ? "" : " where " + rows.where));
     const int width = sqlite3_column_count(old.get());
@@ -62,6 +68,8 @@ bool carry_rows(db_handle from, db_handle to, const CarriedRows& rows) {
         if (!bound || sqlite3_step(add.get()) != SQLITE_DONE || sqlite3_reset(add.get()) != SQLITE_OK)
             return false;
     }
+    if (may_pass(from))
+        return false;
     if (!old || rc != SQLITE_DONE)
         DB_LOG(kError, "some rows of %s cannot be read: %s\n", table.c_str(), sqlite3_errmsg(from));
     return true;
