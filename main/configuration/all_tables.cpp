@@ -147,7 +147,7 @@ int store_all_tables(const Capabilities& capabilities) {
     return -1;
 }
 
-// What get_alldata_from_db does, once.  kLost: the storage or the memory failed, and SQLite ended the transaction.
+// What get_alldata_from_db does, once.  kLost: the storage or the memory failed.
 constexpr int kLost = kNothingLoaded - 1;
 int load_all_tables(const Capabilities& capabilities) {
     Work work;
@@ -165,7 +165,7 @@ int load_all_tables(const Capabilities& capabilities) {
             result = rc;
             not_loaded.set(static_cast<std::size_t>(t));
             DB_LOG_AS(kError, "get_alldata_from_db", "get_alldata_from_db failed,table:%d\n", t);
-            if (db_transaction_broken())
+            if (db_transaction_broken() || db_failed_at_the_moment())
                 result = kLost;
         }
         return result != kLost;
@@ -193,7 +193,7 @@ bool load_passed_over_tables() {
         if (capabilities.closed_for(t) != nullptr && tables_fun[t].get != nullptr &&
             work.load(tables_fun[t]) != 0)
             DB_LOG(kInfo, "table %d cannot be loaded\n", t);
-    return work.commit();
+    return !db_failed_at_the_moment() && work.commit();
 }
 
 int set_alldata_to_db() {

@@ -68,6 +68,8 @@ class Run {
             return false;
         if (db_update_version(next, db_) != 0)
             return failed("update db version error\n");
+        if (db_failed_at_the_moment())  // a load, which leaves the record as it was otherwise
+            return failed("a table cannot be read now\n");
         if (!work.commit())
             return false;
         version = next;

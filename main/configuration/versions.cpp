@@ -12,9 +12,11 @@ namespace {
 constexpr const char* kSourceFile = "main/dbutil.c";
 
 int version_column(db_handle db, const char* column) {
+    constexpr const char* kQuery = "select * from db_version;";
     db_cursor cursor{};
     int version = kVersionUnreadable;
-    if (db_query_open_v2(db, "select * from db_version;", &cursor) == 0) {
+    // Looked at twice: a fault of the moment must not make the database anew.
+    if (db_query_open_v2(db, kQuery, &cursor) == 0 || db_query_open_v2(db, kQuery, &cursor) == 0) {
         const char* text = db_query_fields_v2(&cursor, column, 0);
         version = text != nullptr ? static_cast<int>(std::strtol(text, nullptr, 10)) : kVersionMissing;
     }

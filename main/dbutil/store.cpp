@@ -34,6 +34,7 @@ struct KeyHash {
 };
 
 db_handle process_handle = nullptr;
+bool failed_at_the_moment = false;
 std::unordered_set<db_handle> settled;
 std::unordered_map<StatementKey, std::unique_ptr<sqlite3_stmt, Finalize>, KeyHash> prepared;
 
@@ -224,8 +225,19 @@ int db_step(sqlite3_stmt* statement, std::string_view repaired) {
     return rc;
 }
 
-int db_report_error() {
-    const int code = sqlite3_errcode(process_handle);
-    DB_LOG_AS(kError, "db_execsql_adapt", "SQL error:%d, %s\n", code, sqlite3_errmsg(process_handle));
+int db_report_error(int code) {
+    const char* const message = code != 0 ? sqlite3_errstr(code) : sqlite3_errmsg(process_handle);
+    code = code != 0 ? code : sqlite3_errcode(process_handle);
+    failed_at_the_moment =
+        failed_at_the_moment || code == SQLITE_NOMEM || code == SQLITE_IOERR || code == SQLITE_CANTOPEN;
+    DB_LOG_AS(kError, "db_execsql_adapt", "SQL error:%d, %s\n", code, message);
     return code;
+}
+
+bool db_failed_at_the_moment() {
+    return failed_at_the_moment;
+}
+
+void db_clear_failure() {
+    failed_at_the_moment = false;
 }

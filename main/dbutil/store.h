@@ -90,7 +90,12 @@ struct StatementKey {
 // sqlite3_step; `repaired` as above, for a statement that was prepared before its table changed.
 [[nodiscard]] int db_step(sqlite3_stmt* statement, std::string_view repaired);
 
-// Logs SQLite's last error on the handle and returns its code.
-[[nodiscard]] int db_report_error();
+// Logs SQLite's last error on the handle, or the code that is given, and returns its code.
+[[nodiscard]] int db_report_error(int code = 0);
+
+// One of those was for want of memory, or of the storage, since this was last cleared, which a begin does: it may not
+// come again, and what is lacking for it is not absent.
+[[nodiscard]] bool db_failed_at_the_moment();
+void db_clear_failure();
 
 #endif

@@ -19,6 +19,7 @@ int begin(db_handle db, const char* sql) {
         db_rollback();
     spoilt = false;
     seal_begins();
+    db_clear_failure();
     const int rc = db_execsql(db, sql);
     begun = rc == 0;
     return rc;

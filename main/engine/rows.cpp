@@ -85,7 +85,7 @@ int Rows::find_column(std::string_view name) const {
     for (int i = 0; i < columns; ++i) {
         const char* const other = sqlite3_column_name(statement_, i);
         if (other == nullptr)
-            error_ = SQLITE_NOMEM;
+            error_ = db_report_error(SQLITE_NOMEM);
         else if (sqlite3_strnicmp(other, name.data(), static_cast<int>(name.size())) == 0 &&
                  other[name.size()] == '\0')
             return i;
@@ -103,7 +103,7 @@ std::string_view Rows::text(int column) const {
     if (bytes != nullptr)
         return bytes;
     if (there)
-        error_ = SQLITE_NOMEM;
+        error_ = db_report_error(SQLITE_NOMEM);
     return {};
 }
 
