@@ -88,7 +88,7 @@ class FaultSweep : public OldDatabases {
             mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
         return new (memory) Shared{};
     }();
-    static constexpr std::size_t kMostPaths = 2'000'000, kPoints = 45;
+    static constexpr std::size_t kMostPaths = 2'000'000, kPoints = 30;
     Faults::Path* const paths_ =
         static_cast<Faults::Path*>(mmap(nullptr, kMostPaths * sizeof(Faults::Path), PROT_READ | PROT_WRITE,
                                         MAP_SHARED | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
@@ -827,7 +827,7 @@ class FaultSweep : public OldDatabases {
     TEST_F(FaultSweep, NAME) {                   \
         const Outcome outcome = sweep(SCENARIO); \
         EXPECT_EQ(outcome.faults, 0u);           \
-        EXPECT_GE(outcome.points, 30u);          \
+        EXPECT_GE(outcome.points, 20u);          \
     }
 SWEEP(SingleSave, single_save())
 SWEEP(GroupSave, group_save())
