@@ -215,6 +215,7 @@ pid_t program(const char* name, std::vector<std::string> arguments = {}) {
 // A device that has every capability.
 std::vector<std::string> device() {
     std::vector<std::string> options{"--defaults", "random:1"};
+    options.reserve(20);
     for (const Capability capability :
          {Capability::analytics_319, Capability::analytics_320, Capability::analytics_321,
           Capability::traffic_331, Capability::traffic_333, Capability::traffic_454,
@@ -426,7 +427,8 @@ void run(long count, unsigned seed) {
 
 int main(int argc, char** argv) {
     try {
-        run(argc > 1 ? std::atol(argv[1]) : 20'000, argc > 2 ? static_cast<unsigned>(std::atol(argv[2])) : 1);
+        run(argc > 1 ? std::stol(argv[1]) : 20'000,
+            argc > 2 ? static_cast<unsigned>(std::stoul(argv[2])) : 1);
     } catch (const std::exception& error) {
         fmt::print(stderr, "request_stream: {}\n", error.what());
         return 1;

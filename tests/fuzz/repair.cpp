@@ -34,7 +34,7 @@ class Repair : public Fuzzed {
         EXPECT_TRUE(is_part(missing.name, text));
         EXPECT_TRUE(missing.kind != MissingPart::other || missing.name.empty());
         // A word that no other message follows is the name.
-        if (!message.empty() && rest.find(' ') == rest.npos) {
+        if (!message.empty() && rest.find(' ') == std::string::npos) {
             EXPECT_TRUE(rest.starts_with(missing.name) && missing.name.starts_with(word(rest)));
         }
         EXPECT_TRUE(is_part(parse_tablename_from_sql(text), text));

@@ -32,7 +32,7 @@ class Request : public Fuzzed {
     static std::string next_packet(Input& input) {
         const uint8_t choice = input.byte() % 16;
         const auto& kind = input.one_of(request_kinds());
-        const std::string data(input.text());
+        std::string data(input.text());
         if (choice == 0)
             return data;
         const int more = choice == 1 ? static_cast<int8_t>(input.byte()) : 0;

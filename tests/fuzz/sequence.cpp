@@ -71,7 +71,7 @@ class Sequence : public Fuzzed {
             const std::string_view a = std::string_view(once).substr(at, cell.field->size),
                                    b = std::string_view(again).substr(at, cell.field->size);
             at += cell.field->size;
-            if (a.find_first_not_of(kOnce) == a.npos)
+            if (a.find_first_not_of(kOnce) == std::string_view::npos)
                 continue;
             bool same = cell.field->kind != Kind::text || a == b;
             for (std::size_t i = 0; i < a.size(); ++i)
