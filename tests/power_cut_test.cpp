@@ -445,8 +445,8 @@ class PowerCut : public OldDatabases {
             const auto& [state, found] = to_cut_again.front();
             put(state);
             const CutStates again = record([] {});
-            const Outcome inner =
-                replay(again, {found}, state, scenario, left / to_cut_again.size(), most_faults, {}, true);
+            const Outcome inner = replay(again, {found}, state, scenario,
+                                         left / to_cut_again.size() * part.of, most_faults, part, true);
             left -= inner.states;
             outcome.states += inner.states;
             outcome.faults += inner.faults;
