@@ -1,6 +1,7 @@
 #include "DB_main.h"
 
 #include <errno.h>
+#include <malloc.h>
 #include <signal.h>
 #include <sys/ipc.h>
 #include <sys/sem.h>
@@ -97,6 +98,7 @@ int semaphore_wait(int id) {
 }
 
 int main() try {
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);  // what is larger goes back to the system when it is freed
     std::setvbuf(stdout, nullptr, _IOLBF, 0);  // a killed process leaves what it has said
     std::puts("\nEnter DB_main-------------------");
     for (const int ignored : {SIGPIPE, SIGTTIN, SIGTTOU})

@@ -131,16 +131,17 @@ bool put_back(db_handle main, db_handle backup, const Replacement& r) {
 
 // All, or none.
 bool put_back(const char* main, const char* backup, const std::vector<Replacement>& rows, uint32_t digest) {
-    if (rows.empty())
-        return false;
-    db_handle to = db_open(main), from = db_open(backup);
-    const bool done = from != nullptr && db_settle(to) == 0 && run(to, "begin immediate;") &&
-                      std::all_of(rows.begin(), rows.end(),
-                                  [&](const Replacement& row) { return put_back(to, from, row); }) &&
-                      seal_anew(to, digest) == 0 && run(to, "commit;");
-    db_close(&to);
-    db_close(&from);
-    return done;
+    const OwnDatabase from(db_open(backup)), to(db_open(main));
+    return from != nullptr && db_settle(to.get()) == 0 && run(to.get(), "begin immediate;") &&
+           std::all_of(rows.begin(), rows.end(),
+                       [&](const Replacement& row) { return put_back(to.get(), from.get(), row); }) &&
+           seal_anew(to.get(), digest) == 0 && run(to.get(), "commit;");
+}
+
+// A fault of the moment costs no newer values.
+template <class Attempt>
+bool twice(Attempt attempt) {
+    return attempt() || attempt();
 }
 
 // The backup takes the place of a database that may be open.
@@ -155,13 +156,13 @@ bool restore(const char* main, const char* backup) {
 }
 
 void mend(const SealedImage& rotten, const char* main, const char* backup) {
-    const bool has_backup = is_healthy(backup);
+    const bool has_backup = twice([&] { return is_healthy(backup); });
     const SealedImage kept = has_backup ? read_sealed(backup) : SealedImage();
     const Rows main_rows = rows_of(rotten.image()), kept_rows = rows_of(kept.image());
     const auto rows = explanation(replacements(main_rows, kept_rows), rotten.stored - rotten.counted);
     DB_LOG_AS(kError, "mend_rot", "%s has rotted: digest %08x, stored %08x\n", main, rotten.counted,
               rotten.stored);
-    if (put_back(main, backup, rows, rotten.stored))
+    if (!rows.empty() && twice([&] { return put_back(main, backup, rows, rotten.stored); }))
         return log_operation("[%s]rotten.%d rows put back\n", main, static_cast<int>(rows.size()));
     if (std::has_single_bit(rotten.stored ^ rotten.counted) && seal_file(main))
         return log_operation("[%s]digest rotten\n", main);
@@ -176,7 +177,9 @@ void mend(const SealedImage& rotten, const char* main, const char* backup) {
 }  // namespace
 
 void mend_rot(const char* main, const char* backup) {
-    const SealedImage image = read_sealed(main);
+    SealedImage image = read_sealed(main);
+    if (image.seal == Seal::rotten)
+        image = read_sealed(main);
     switch (image.seal) {
         case Seal::intact:
         case Seal::unknown:

@@ -10,7 +10,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
 #include "files.h"
@@ -76,12 +75,14 @@ uint32_t hash_of(sqlite3* db, uint64_t table, ReadValue read) {
     return hash.value();
 }
 
-uint64_t seed_of(const char* table) {
-    static std::unordered_map<std::string, uint64_t> seeds;
-    const auto [seed, added] = seeds.try_emplace(table);
-    if (added)
-        seed->second = RowHash::of_table(table);
-    return seed->second;
+// Of the table that the last row was of, mostly: SQLite calls back, so nothing is thrown.
+uint64_t seed_of(std::string_view table) {
+    static std::array<char, 64> last{};
+    static uint64_t seed = RowHash::of_table("");
+    if (table == last.data())
+        return seed;
+    last[table.copy(last.data(), table.size() < last.size() ? table.size() : 0)] = '\0';
+    return seed = RowHash::of_table(table);
 }
 
 void row_changes(void*, sqlite3* db, int operation, const char*, const char* table, sqlite3_int64,
@@ -104,13 +105,10 @@ sqlite3_file* file_of(sqlite3* db) {
     return file != nullptr && file->pMethods != nullptr ? file : nullptr;
 }
 
-// The file's first bytes, zeros where it is shorter.  False: it cannot be read.
-bool read_file(sqlite3* db, std::byte* bytes, int size) {
+// The file's first bytes.  SQLITE_IOERR_SHORT_READ: with zeros behind its end.
+int read_file(sqlite3* db, std::byte* bytes, int size) {
     sqlite3_file* const file = file_of(db);
-    if (file == nullptr)
-        return false;
-    const int rc = file->pMethods->xRead(file, bytes, size, 0);
-    return rc == SQLITE_OK || rc == SQLITE_IOERR_SHORT_READ;
+    return file == nullptr ? SQLITE_IOERR : file->pMethods->xRead(file, bytes, size, 0);
 }
 
 // Nothing where it cannot be read.
@@ -120,13 +118,14 @@ void read_image(sqlite3* db, SealedImage& image) {
     if (file == nullptr || file->pMethods->xFileSize(file, &size) != SQLITE_OK || size > INT32_MAX)
         return;
     image.bytes = std::make_unique_for_overwrite<std::byte[]>(static_cast<std::size_t>(size));
-    if (read_file(db, image.bytes.get(), static_cast<int>(size)))
+    if (read_file(db, image.bytes.get(), static_cast<int>(size)) == SQLITE_OK)
         image.size = static_cast<std::size_t>(size);
 }
 
 std::optional<FileHeader> header_of_file(sqlite3* db) {
     std::byte bytes[kFileHeaderBytes] = {};
-    if (!read_file(db, bytes, sizeof bytes))
+    const int rc = read_file(db, bytes, sizeof bytes);
+    if (rc != SQLITE_OK && rc != SQLITE_IOERR_SHORT_READ)
         return {};
     return header_of(bytes);
 }
@@ -164,11 +163,9 @@ uint32_t schema_version_of(sqlite3* db) {
 
 template <class Stores>
 bool in_own_transaction(const char* path, Stores store) {
-    db_handle db = db_open(path);
-    const bool stored = db_settle(db) == 0 && db_execsql(db, "begin immediate;") == 0 && store(db) == 0 &&
-                        db_execsql(db, "commit;") == 0;
-    db_close(&db);
-    return stored;
+    const OwnDatabase db(db_open(path));
+    return db_settle(db.get()) == 0 && db_execsql(db.get(), "begin immediate;") == 0 &&
+           store(db.get()) == 0 && db_execsql(db.get(), "commit;") == 0;
 }
 
 // Pages that were written before the commit: the file is not any more what the transaction began with.
@@ -256,10 +253,7 @@ SealedImage read_sealed(db_handle db) {
 SealedImage read_sealed(const char* path) {
     if (check_file_not_empty(path) != 0)
         return {};
-    db_handle db = db_connect(0, path, 0, 0);
-    SealedImage image = read_sealed(db);
-    db_disconnect(db);
-    return image;
+    return read_sealed(OwnDatabase(db_connect(0, path, 0, 0)).get());
 }
 
 int seal_anew(db_handle db, std::optional<uint32_t> expected) {
