@@ -1,6 +1,7 @@
 // The seal of the database: kept by every write, true after a vacuum and a reload, and what it finds is mended.
 #include "seal.h"
 
+#include "backup.h"
 #include "core_fixture.h"
 
 namespace {
@@ -114,6 +115,51 @@ TEST_F(SealTest, AnEditByAnotherProgramStays) {
     }
     EXPECT_EQ(query("select distinct name from chn_info"), "edited again");
     EXPECT_EQ(content(get_db_path()), content(get_db_backup_path()));
+}
+
+// More rows than the backup can explain: the seal belongs to this state of the file, and the rows are other ones.
+TEST_F(SealTest, WhatNoRowExplains) {
+    std::strcpy(r_.channel[0].name, "backed up");
+    EXPECT_EQ(init_database(), 0);
+    const std::string backup = content(get_db_backup_path());
+    std::strcpy(r_.channel[0].name, "newer");
+    EXPECT_EQ(run("db_set_chn_info"), 0);
+    const auto rot = [] {
+        const auto counter = query("select * from pragma_application_id");
+        edit("begin; update ipaddr_list set ipv6addr = 'rot' || idx; pragma application_id = " +
+             std::to_string(std::stoll(counter) + 1) + "; commit;");
+        EXPECT_EQ(seal(), Seal::rotten);
+    };
+    rot();
+    const std::string rotten = content(get_db_path());
+    const struct {
+        std::string backup;
+        const char *log, *name, *address;
+    } starts[] = {{backup, "rotten.Restored", "backed up", "'0:0:0:0:'"},
+                  {rotten, "rotten\n", "newer", "'rot1'"},
+                  {"", "rotten\n", "newer", "'rot1'"}};
+    for (const auto& c : starts) {
+        started(rotten, c.backup);
+        EXPECT_THAT(operation_log(), testing::HasSubstr(c.log));
+        EXPECT_EQ(
+            query("select chn_info.name, quote(ipv6addr) from chn_info, ipaddr_list as i where i.idx = 1"),
+            c.name + std::string("|") + c.address);
+        EXPECT_EQ(seal(), Seal::intact);
+        EXPECT_EQ(content(get_db_path()), content(get_db_backup_path()));
+    }
+    // Before a backup every setting is in the record.
+    started(backup, backup);
+    std::strcpy(r_.channel[0].name, "newest");
+    EXPECT_EQ(run("db_set_chn_info"), 0);
+    rot();
+    int cycles = 0;
+    Backup([&](int) { closing_flag = ++cycles >= 4; }).run();
+    EXPECT_THAT(operation_log(), testing::HasSubstr("rotten.Made anew"));
+    for (const char* file : {get_db_path(), get_db_backup_path()}) {
+        EXPECT_EQ(read_sealed(file).seal, Seal::intact);
+        EXPECT_EQ(content(file).find("rot1"), std::string::npos);
+        EXPECT_NE(content(file).find("newest"), std::string::npos);
+    }
 }
 
 // One bit of the main database flips; the backup is a little older.  FLIPS tells how often.

@@ -418,6 +418,7 @@ TEST_F(System, AnswersByExitStatusAndOutput) {
     EXPECT_EQ(up["health"]["record_size_matches"], true);
 
     kill(service_, SIGSTOP);
+    EXPECT_EQ(waitpid(service_, nullptr, WUNTRACED), service_);  // it has stopped
     expect({{"call EN_GET_CURRENT_DB_VERSION --timeout 50", 6, ""}});
     end(service_, SIGKILL);
     expect({{"call EN_GET_CURRENT_DB_VERSION", 5, ""}});

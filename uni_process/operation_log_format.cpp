@@ -23,6 +23,7 @@ constexpr Meaning kMeanings[] = {
      "rows that nobody had written were other ones than stored; the backup's took their place"},
     {"]rotten.Restored",
      "more than a row or two had changed with nobody writing; the backup was copied over it"},
+    {"]rotten.Made anew", "more than a row or two had changed with nobody writing; made anew from the record"},
     {"]digest rotten", "the seal of the file had changed with nobody writing; its rows had not"},
     {"]rotten", "rows have changed with nobody writing, and no backup could mend them"},
     {"Main Db is broken", "the start found the main database broken, and looked at the backup"},

@@ -8,6 +8,7 @@
 #include "device_thread.h"
 #include "files.h"
 #include "log.h"
+#include "operation_log.h"
 #include "recovery.h"
 #include "rot.h"
 #include "sec_db_enc.h"
@@ -38,7 +39,8 @@ bool differs_from_backup() {
     return check_file_equal(get_db_path(), get_db_backup_path()) == 0;
 }
 
-// A damaged database is made anew and not copied: the backup keeps the last good one until the next cycle.
+// A damaged or rotten database is made anew from the record, which holds every setting, and not copied: the backup keeps the
+// last good one until the next cycle.
 bool backup_db_file() {
     db_handle db = get_db_handle();
     if (db == nullptr)
@@ -51,7 +53,13 @@ bool backup_db_file() {
             DB_LOG(kError, "the damaged database cannot be made anew\n");
         return false;
     }
-    mend_rot(get_db_path(), get_db_backup_path());
+    if (!mend_rot(get_db_path(), get_db_backup_path())) {
+        if (rebuild_from_record(kCurrentVersion) == Rebuilt::complete)
+            log_operation("[%s]rotten.Made anew\n", get_db_path());
+        else
+            DB_LOG(kError, "the rotten database cannot be made anew\n");
+        return false;
+    }
     bool copied = !differs_from_backup();
     for (int attempt = 0; !copied && attempt < kAttempts; ++attempt)
         copied = refresh_backup();

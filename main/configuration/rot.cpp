@@ -144,55 +144,51 @@ bool twice(Attempt attempt) {
     return attempt() || attempt();
 }
 
-// The backup takes the place of a database that may be open.
-bool restore(const char* main, const char* backup) {
-    db_handle open = release_db_handle();
-    const bool was_open = open != nullptr;
-    db_close(&open);
-    const bool copied = copy_file(main, backup, may_be_kept) == 0;
-    if (was_open)
-        set_db_handle(db_open(main));
-    return copied;
+// With the backup's rows only where the backup is whole.
+SealedImage read_backup(const char* backup) {
+    return twice([&] { return is_healthy(backup); }) ? read_sealed(backup) : SealedImage();
 }
 
-void mend(const SealedImage& rotten, const char* main, const char* backup) {
-    const bool has_backup = twice([&] { return is_healthy(backup); });
-    const SealedImage kept = has_backup ? read_sealed(backup) : SealedImage();
+bool mend(const SealedImage& rotten, const char* main, const char* backup) {
+    const SealedImage kept = read_backup(backup);
     const Rows main_rows = rows_of(rotten.image()), kept_rows = rows_of(kept.image());
     const auto rows = explanation(replacements(main_rows, kept_rows), rotten.stored - rotten.counted);
     DB_LOG_AS(kError, "mend_rot", "%s has rotted: digest %08x, stored %08x\n", main, rotten.counted,
               rotten.stored);
-    if (!rows.empty() && twice([&] { return put_back(main, backup, rows, rotten.stored); }))
-        return log_operation("[%s]rotten.%d rows put back\n", main, static_cast<int>(rows.size()));
-    if (std::has_single_bit(rotten.stored ^ rotten.counted) && seal_file(main))
-        return log_operation("[%s]digest rotten\n", main);
-    if (kept.seal == Seal::intact && restore(main, backup))
-        return log_operation("[%s]rotten.Restored\n", main);
-    log_operation("[%s]rotten\n", main);
-    // What no backup can mend, the device has to live with.
-    if (kept.seal != Seal::intact && !seal_file(main))
-        DB_LOG_AS(kError, "mend_rot", "%s cannot be sealed\n", main);
+    if (!rows.empty() && twice([&] { return put_back(main, backup, rows, rotten.stored); })) {
+        log_operation("[%s]rotten.%d rows put back\n", main, static_cast<int>(rows.size()));
+        return true;
+    }
+    const bool digest_rotted = std::has_single_bit(rotten.stored ^ rotten.counted) && seal_file(main);
+    if (digest_rotted)
+        log_operation("[%s]digest rotten\n", main);
+    return digest_rotted;
 }
 
 }  // namespace
 
-void mend_rot(const char* main, const char* backup) {
+bool mend_rot(const char* main, const char* backup) {
     SealedImage image = read_sealed(main);
-    if (image.seal == Seal::rotten)
+    if (image.seal == Seal::rotten)  // or a fault of the moment
         image = read_sealed(main);
-    switch (image.seal) {
-        case Seal::intact:
-        case Seal::unknown:
-            return;
-        case Seal::none:
-        case Seal::broken:
-            DB_LOG(kNotice, "%s was written without a seal\n", main);
-            if (!seal_file(main))
-                DB_LOG(kError, "%s cannot be sealed\n", main);
-            return;
-        case Seal::rotten:
-            return mend(image, main, backup);
-    }
+    if (image.seal == Seal::rotten)
+        return mend(image, main, backup);
+    if (image.seal == Seal::intact || image.seal == Seal::unknown)
+        return true;
+    DB_LOG(kNotice, "%s was written without a seal\n", main);
+    if (!seal_file(main))
+        DB_LOG(kError, "%s cannot be sealed\n", main);
+    return true;
+}
+
+void restore_rotten(const char* main, const char* backup) {
+    const bool is_good = read_backup(backup).seal == Seal::intact;
+    if (is_good && twice([&] { return copy_file(main, backup, may_be_kept) == 0; }))
+        return log_operation("[%s]rotten.Restored\n", main);
+    log_operation("[%s]rotten\n", main);
+    // What no backup can mend, the device has to live with.
+    if (!is_good && !seal_file(main))
+        DB_LOG(kError, "%s cannot be sealed\n", main);
 }
 
 bool refresh_backup() {

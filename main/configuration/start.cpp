@@ -188,7 +188,8 @@ int start_by_condition() {
         return result;
     }
     pending = Pending::nothing;
-    mend_rot(get_db_path(), get_db_backup_path());
+    if (!mend_rot(get_db_path(), get_db_backup_path()))
+        restore_rotten(get_db_path(), get_db_backup_path());
     set_db_handle(db_open(get_db_path()));  // healthy, restored, without key rows; or missing or empty
     if (get_db_handle() == nullptr) {
         DB_LOG_AS(kError, "init_database", "the database %s cannot be opened\n", get_db_path());

@@ -130,12 +130,6 @@ std::optional<FileHeader> header_of_file(sqlite3* db) {
     return header_of(bytes);
 }
 
-std::optional<uint32_t> digest_of_file(sqlite3* db) {
-    SealedImage image;
-    read_image(db, image);
-    return digest_of(image.image());
-}
-
 // As the transaction has made it.
 std::optional<uint32_t> digest_of_transaction(sqlite3* db) {
     sqlite3_int64 size = 0;
@@ -168,42 +162,17 @@ bool in_own_transaction(const char* path, Stores store) {
            store(db.get()) == 0 && db_execsql(db.get(), "commit;") == 0;
 }
 
-// Pages that were written before the commit: the file is not any more what the transaction began with.
-bool has_spilled(sqlite3* db) {
-    int spilled = 0, highest = 0;
-    return sqlite3_db_status(db, SQLITE_DBSTATUS_CACHE_SPILL, &spilled, &highest, 0) != SQLITE_OK ||
-           spilled > 0;
-}
-
-// Rot that is there before stays visible: what is added to the digest is what the transaction changed.
-std::optional<uint32_t> digest_to_store(sqlite3* db, const FileHeader& header, bool schema_changed) {
-    if (!header.is_sealed())
-        return digest_of_transaction(db);
-    if (!schema_changed && !changes.uncountable)
-        return header.digest + changes.sum;
-    const auto after = digest_of_transaction(db);
-    const auto before = has_spilled(db) ? std::optional<uint32_t>() : digest_of_file(db);
-    return after && before ? header.digest + *after - *before : after;
-}
-
 }  // namespace
 
 // ------------------------------------------------------------------------------------- what transactions do
 
 void seal_watches(db_handle db) {
-    if (has_hook())
+    changes = {};
+    if (has_hook() && db != nullptr)
         sqlite3_preupdate_hook(db, row_changes, nullptr);
     static bool said = false;
-    if (has_hook() || std::exchange(said, true))
-        return;
-    DB_LOG(kError, "this SQLite has no pre-update hook: the database gets no seal\n");
-}
-
-void seal_begins() {
-    changes = {};
-    int spilled = 0, highest = 0;
-    if (get_db_handle() != nullptr)
-        sqlite3_db_status(get_db_handle(), SQLITE_DBSTATUS_CACHE_SPILL, &spilled, &highest, 1);
+    if (!has_hook() && !std::exchange(said, true))
+        DB_LOG(kError, "this SQLite has no pre-update hook: the database gets no seal\n");
 }
 
 int seal_step(sqlite3_stmt* statement) {
@@ -212,6 +181,9 @@ int seal_step(sqlite3_stmt* statement) {
     stepping = false;
     if (rc != SQLITE_ROW && rc != SQLITE_DONE)
         seal_loses_count();  // what the statement did before is undone
+    if (changes.uncountable && has_hook())
+        sqlite3_preupdate_hook(sqlite3_db_handle(statement), nullptr,
+                               nullptr);  // nothing more needs to be told
     return rc;
 }
 
@@ -229,7 +201,9 @@ int seal_transaction() {
     const bool schema_changed = schema_version_of(db) != header->schema_version;
     if (changes.rows == 0 && !changes.uncountable && !schema_changed)
         return SQLITE_OK;
-    const auto digest = digest_to_store(db, *header, schema_changed);
+    const auto digest = header->is_sealed() && !schema_changed && !changes.uncountable
+                            ? header->digest + changes.sum
+                            : digest_of_transaction(db);
     return digest ? store_seal(db, *digest, header->counter + 1) : SQLITE_OK;
 }
 

@@ -1,8 +1,7 @@
 // The seal of a database file: the digest of its rows (row_digest.h) in its header, stored by the commit that it belongs
 // to.  A file whose seal is not of its rows, and that nobody has written since, has rotted.
 //
-//   seal_watches(db);             // once, when the process-wide handle is set
-//   seal_begins();                // a transaction
+//   seal_watches(db);             // a transaction begins
 //   ...;
 //   return seal_transaction() == 0 && db_execsql(db, "COMMIT;") == 0;
 //
@@ -24,7 +23,6 @@ struct sqlite3_stmt;
 // ------------------------------------------------------------------------------------- what transactions do
 
 void seal_watches(db_handle db);
-void seal_begins();
 // sqlite3_step.
 [[nodiscard]] int seal_step(sqlite3_stmt* statement);
 // Something was undone that the hook had told before.

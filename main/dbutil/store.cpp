@@ -92,7 +92,6 @@ void set_db_handle(db_handle db) {
     if (process_handle != nullptr)
         db_close(&process_handle);
     process_handle = db;
-    seal_watches(db);
 }
 
 db_handle release_db_handle() {

@@ -18,7 +18,7 @@ int begin(db_handle db, const char* sql) {
     if (db != nullptr && sqlite3_get_autocommit(db) == 0)
         db_rollback();
     spoilt = false;
-    seal_begins();
+    seal_watches(db);
     db_clear_failure();
     const int rc = db_execsql(db, sql);
     begun = rc == 0;

@@ -40,39 +40,16 @@ std::string_view text_of(DatabaseImage bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-template <class Unsigned>
-Unsigned load(const std::byte* from) {
-    Unsigned value = 0;
-    std::memcpy(&value, from, sizeof value);
-    if constexpr (std::endian::native == std::endian::big)
-        return value;
-    else if constexpr (sizeof value == 2)
-        return __builtin_bswap16(value);
-    else if constexpr (sizeof value == 4)
-        return __builtin_bswap32(value);
-    else
-        return __builtin_bswap64(value);
-}
-
-// Signed, most significant byte first, of the widths that a record has.
-int64_t integer_of(DatabaseImage bytes) {
-    const std::byte* const from = bytes.data();
-    switch (bytes.size()) {
-        case 1:
-            return static_cast<int8_t>(from[0]);
-        case 2:
-            return static_cast<int16_t>(load<uint16_t>(from));
-        case 3:
-            return static_cast<int8_t>(from[0]) * 65536 + load<uint16_t>(from + 1);
-        case 4:
-            return static_cast<int32_t>(load<uint32_t>(from));
-        case 6:
-            return static_cast<int16_t>(load<uint16_t>(from)) * 4294967296 + load<uint32_t>(from + 2);
-        case 8:
-            return static_cast<int64_t>(load<uint64_t>(from));
-        default:
-            return 0;
-    }
+// Signed, most significant byte first, of the widths that a record has; `type` is the value where it takes no byte.  All in one
+// load, which may begin before the value: at least eight bytes stand before a record's end.
+int64_t integer_of(uint64_t type, DatabaseImage bytes) {
+    uint64_t word = 0;
+    std::memcpy(&word, bytes.data() + bytes.size() - sizeof word, sizeof word);
+    if constexpr (std::endian::native == std::endian::little)
+        word = __builtin_bswap64(word);
+    const unsigned unused = static_cast<unsigned>(sizeof word - bytes.size()) * 8 % 64;
+    const auto value = static_cast<int64_t>(word << unused) >> unused;
+    return type >= 8 ? static_cast<int64_t>(type - 8) : value;
 }
 
 // A value's bytes by its serial type; SIZE_MAX: there is no such type.
@@ -110,11 +87,11 @@ void add_value(RowHash& hash, int column, uint64_t type, DatabaseImage bytes) {
     if (type == 0)
         return;
     if (type == 7)
-        hash.real(column, std::bit_cast<double>(integer_of(bytes)));
+        hash.real(column, std::bit_cast<double>(integer_of(type, bytes)));
     else if (type >= 12)
         type % 2 == 0 ? hash.blob(column, text_of(bytes)) : hash.text(column, text_of(bytes));
     else
-        hash.integer(column, type < 8 ? integer_of(bytes) : static_cast<int64_t>(type - 8));
+        hash.integer(column, integer_of(type, bytes));
 }
 
 // The column of a CREATE TABLE text that shows the rowid: declared "INTEGER PRIMARY KEY", by itself or by the table's
@@ -181,6 +158,7 @@ class Walk {
   private:
     DatabaseImage image_;
     std::size_t page_size_ = 0, usable_ = 0, pages_left_ = 0;
+    static constexpr std::size_t kBefore = 8;  // as integer_of needs them
     std::vector<std::byte> assembled_;
 
     // Empty: there is no such page.
@@ -207,7 +185,7 @@ class Walk {
             return false;
         for (std::size_t i = 0; i < cells; ++i) {
             const std::size_t at = number_at(bytes, pointers + 2 * i, 2);
-            if (at + 4 > bytes.size())
+            if (at < pointers || at + 4 > bytes.size())
                 return false;
             if (!(type == kLeaf ? cell(bytes.subspan(at), visit)
                                 : tree(number_at(bytes, at, 4), visit, depth - 1)))
@@ -227,7 +205,7 @@ class Walk {
                               local = wanted <= usable_ - 35 ? wanted : least;
             if (!assemble(bytes, local, size))
                 return false;
-            bytes = assembled_;
+            bytes = DatabaseImage(assembled_).subspan(kBefore);
         }
         return size <= bytes.size() && visit(static_cast<int64_t>(rowid), bytes.first(size));
     }
@@ -236,13 +214,16 @@ class Walk {
     bool assemble(DatabaseImage bytes, std::size_t local, std::size_t size) {
         if (local + 4 > bytes.size())
             return false;
-        assembled_.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(local));
+        assembled_.assign(kBefore, {});
+        assembled_.insert(assembled_.end(), bytes.begin(),
+                          bytes.begin() + static_cast<std::ptrdiff_t>(local));
         uint32_t next = number_at(bytes, local, 4);
-        while (assembled_.size() < size) {
+        while (assembled_.size() < size + kBefore) {
             const DatabaseImage overflow = page(next);
             if (overflow.empty())
                 return false;
-            const DatabaseImage part = overflow.subspan(4, std::min(usable_ - 4, size - assembled_.size()));
+            const DatabaseImage part =
+                overflow.subspan(4, std::min(usable_ - 4, size + kBefore - assembled_.size()));
             assembled_.insert(assembled_.end(), part.begin(), part.end());
             next = number_at(overflow, 0, 4);
         }
@@ -263,20 +244,23 @@ bool read_schema(Walk& walk, std::vector<StoredTable>& tables, Visit& visit) {
     return walk.rows(1, [&](int64_t rowid, DatabaseImage record) {
         enum { kType, kName, kTable, kRoot, kSql, kColumns };
         std::array<DatabaseImage, kColumns> values;
+        int64_t root = 0;
         RowHash hash(seed);
         const bool whole = for_each_value(record, [&](int column, uint64_t type, DatabaseImage bytes) {
             if (column < kColumns)
                 values[static_cast<std::size_t>(column)] = bytes;
             if (column != kRoot)
                 add_value(hash, column, type, bytes);
+            else if (type > 0 && type < 10 && type != 7)
+                root = integer_of(type, bytes);
         });
         if (!whole)
             return false;
         visit("sqlite_master", rowid, hash.value());
         const std::string_view name = text_of(values[kName]);
         if (text_of(values[kType]) == "table" && !name.starts_with("sqlite_"))
-            tables.push_back({std::string(name), static_cast<uint32_t>(integer_of(values[kRoot])),
-                              rowid_column(text_of(values[kSql]))});
+            tables.push_back(
+                {std::string(name), static_cast<uint32_t>(root), rowid_column(text_of(values[kSql]))});
         return true;
     });
 }
