@@ -98,7 +98,7 @@ int semaphore_wait(int id) {
 }
 
 int main() try {
-    mallopt(M_MMAP_THRESHOLD, 128 * 1024);  // what is larger goes back to the system when it is freed
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);     // what is larger goes back to the system when it is freed
     std::setvbuf(stdout, nullptr, _IOLBF, 0);  // a killed process leaves what it has said
     std::puts("\nEnter DB_main-------------------");
     for (const int ignored : {SIGPIPE, SIGTTIN, SIGTTOU})

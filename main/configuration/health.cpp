@@ -16,6 +16,7 @@
 #include "log.h"
 #include "operation_log.h"
 #include "seal.h"
+#include "second_try.h"
 #include "store.h"
 #include "well_known.h"
 
@@ -109,9 +110,8 @@ bool repair(const char* path) {
     NewFile next(path);
     return has_plain_schema(path) && (std::remove(kDumpFile) == 0 || errno == ENOENT) && run(kDump, path) &&
            is_dump_whole() && run(kReload, next.path()) && settle_pages(next.path()) &&
-           take_seal(next.path(), path) &&
-           check_inactive_db_integrity(next.path()) == 0 && has_all_tables(next.path(), path) &&
-           next.take_place();
+           take_seal(next.path(), path) && check_inactive_db_integrity(next.path()) == 0 &&
+           has_all_tables(next.path(), path) && next.take_place();
 }
 
 // ------------------------------------------------------------------------------------- key rows
@@ -140,7 +140,7 @@ bool has_key_rows(const char* path) {
 // What is gone at the second look was a fault of the moment: the backup would bring older values.
 template <class Look>
 bool is_so(Look look) {
-    return look() && look();
+    return !at_the_second_try([&] { return !look(); });
 }
 
 // The code of the first thing that is wrong; 0.

@@ -18,6 +18,7 @@
 #include "log.h"
 #include "operation_log.h"
 #include "seal.h"
+#include "second_try.h"
 #include "store.h"
 #include "transaction.h"
 
@@ -120,13 +121,11 @@ bool put_back(db_handle main, db_handle backup, const Replacement& r) {
         return true;
     if (!carry_rows(backup, main, {.table = *r.table, .where = "rowid = " + std::to_string(r.comes->rowid)}))
         return false;
-    // Some tables are loaded in the order of their rows.
-    const auto rowid = std::to_string(r.goes ? r.goes->rowid : r.comes->rowid),
-               added = std::to_string(sqlite3_last_insert_rowid(main));
-    if (rowid != added && !run(main, "update or ignore " + *r.table + " set rowid = " + rowid +
-                                         " where rowid = " + added + ";"))
-        return false;
-    return true;
+    // Some tables are loaded in the order of their rows; where a column shows the rowid, it came with the row.
+    const int64_t added = sqlite3_last_insert_rowid(main), wanted = r.goes ? r.goes->rowid : r.comes->rowid;
+    return added == r.comes->rowid || added == wanted ||
+           run(main, "update or ignore " + *r.table + " set rowid = " + std::to_string(wanted) +
+                         " where rowid = " + std::to_string(added) + ";");
 }
 
 // All, or none.
@@ -138,15 +137,9 @@ bool put_back(const char* main, const char* backup, const std::vector<Replacemen
            seal_anew(to.get(), digest) == 0 && run(to.get(), "commit;");
 }
 
-// A fault of the moment costs no newer values.
-template <class Attempt>
-bool twice(Attempt attempt) {
-    return attempt() || attempt();
-}
-
 // With the backup's rows only where the backup is whole.
 SealedImage read_backup(const char* backup) {
-    return twice([&] { return is_healthy(backup); }) ? read_sealed(backup) : SealedImage();
+    return at_the_second_try([&] { return is_healthy(backup); }) ? read_sealed(backup) : SealedImage();
 }
 
 bool mend(const SealedImage& rotten, const char* main, const char* backup) {
@@ -155,7 +148,7 @@ bool mend(const SealedImage& rotten, const char* main, const char* backup) {
     const auto rows = explanation(replacements(main_rows, kept_rows), rotten.stored - rotten.counted);
     DB_LOG_AS(kError, "mend_rot", "%s has rotted: digest %08x, stored %08x\n", main, rotten.counted,
               rotten.stored);
-    if (!rows.empty() && twice([&] { return put_back(main, backup, rows, rotten.stored); })) {
+    if (!rows.empty() && at_the_second_try([&] { return put_back(main, backup, rows, rotten.stored); })) {
         log_operation("[%s]rotten.%d rows put back\n", main, static_cast<int>(rows.size()));
         return true;
     }
@@ -183,7 +176,7 @@ bool mend_rot(const char* main, const char* backup) {
 
 void restore_rotten(const char* main, const char* backup) {
     const bool is_good = read_backup(backup).seal == Seal::intact;
-    if (is_good && twice([&] { return copy_file(main, backup, may_be_kept) == 0; }))
+    if (is_good && at_the_second_try([&] { return copy_file(main, backup, may_be_kept) == 0; }))
         return log_operation("[%s]rotten.Restored\n", main);
     log_operation("[%s]rotten\n", main);
     // What no backup can mend, the device has to live with.

@@ -5,6 +5,7 @@
 
 #include "log.h"
 #include "repair.h"
+#include "second_try.h"
 #include "store.h"
 
 namespace {
@@ -15,8 +16,8 @@ int version_column(db_handle db, const char* column) {
     constexpr const char* kQuery = "select * from db_version;";
     db_cursor cursor{};
     int version = kVersionUnreadable;
-    // Looked at twice: a fault of the moment must not make the database anew.
-    if (db_query_open_v2(db, kQuery, &cursor) == 0 || db_query_open_v2(db, kQuery, &cursor) == 0) {
+    // A fault of the moment must not make the database anew.
+    if (at_the_second_try([&] { return db_query_open_v2(db, kQuery, &cursor) == 0; })) {
         const char* text = db_query_fields_v2(&cursor, column, 0);
         version = text != nullptr ? static_cast<int>(std::strtol(text, nullptr, 10)) : kVersionMissing;
     }
