@@ -102,6 +102,9 @@ TEST_P(ChainFrom, EveryListedVersionKeepsItsValues) {
             for (const Table* table : all_tables())
                 for (const Cell& cell : cells_of_table(*table)) {
                     const std::string column(cell.field->name), name(table->name);
+                    if (name == "local_port_list_ext") {  // made from another table by the first step
+                        EXPECT_EQ(cell_text(*kept, cell), cell_text(r_, cell)) << address_of(cell);
+                    }
                     if (table->strategy == Strategy::packed || !has(name, column, from))
                         continue;
                     EXPECT_EQ(cell_text(r_, cell), cell_text(*original, cell)) << address_of(cell);

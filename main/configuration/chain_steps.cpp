@@ -156,6 +156,7 @@ constexpr ChainStep kSteps[] = {
                      "delete from local_port_list error\n"},
                     {"insert into local_port_list_ext select * from local_port_list;",
                      "insert into local_port_list_ext error\n"}},
+     .loads = "db_get_local_port_ext",
      .creates_failed = "create table local_port_list_ext error\n",
      .changes_failed = "alter table multicast_port error\n"},
     {.from = 1102,
