@@ -521,7 +521,7 @@ class FaultSweep : public OldDatabases {
         }
         for (const auto& [when, state] :
              {std::pair{"at once", &run.files}, {"of what was synced", &run.synced}})
-            if (const std::string fault = judge_restart(when, *state, acceptable); !fault.empty())
+            if (std::string fault = judge_restart(when, *state, acceptable); !fault.empty())
                 return fault;
         const auto usual = complaints(expected.run.said), said = complaints(run.said);
         const bool told = !std::includes(usual.begin(), usual.end(), said.begin(), said.end());
@@ -544,7 +544,7 @@ class FaultSweep : public OldDatabases {
         else
             for (const Record& r : acceptable)
                 last.push_back(gamma(r));
-        if (const std::string fault = judge_restart("after the next request", run.last, last); !fault.empty())
+        if (std::string fault = judge_restart("after the next request", run.last, last); !fault.empty())
             return fault;
         if (run.descriptors > usual_descriptors_)
             return std::to_string(run.descriptors) + " descriptors instead of " +
@@ -688,7 +688,7 @@ class FaultSweep : public OldDatabases {
             EXPECT_EQ(db_update_version(version, get_db_handle()), 0);
             close_database();
         });
-        const Files made = {{kMain, content(kMain)}};
+        Files made = {{kMain, content(kMain)}};
         put({});
         return made;
     }
@@ -708,7 +708,7 @@ class FaultSweep : public OldDatabases {
             sql("update chn_info set name = '" + std::string(name) + "';");
             close_database();
         });
-        const Files made = {{kMain, content(kMain)}, {kBackup, backup}};
+        Files made = {{kMain, content(kMain)}, {kBackup, backup}};
         put({});
         return made;
     }

@@ -205,6 +205,7 @@ pid_t program(const char* name, std::vector<std::string> arguments = {}) {
             dup2(nowhere, fd);
         arguments.insert(arguments.begin(), name);
         std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
         for (std::string& argument : arguments)
             argv.push_back(argument.data());
         argv.push_back(nullptr);
