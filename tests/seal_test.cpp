@@ -91,6 +91,13 @@ TEST_F(SealTest, IsKeptByEveryWrite) {
     ASSERT_EQ(db_commit(), 0);
     EXPECT_EQ(seal(), Seal::intact);
     EXPECT_EQ(query("select count(*) from long where text in ('a', 'b')"), "1");
+    // A row that stays as it was is not written.
+    const FileState before = file_state();
+    store("update long set text = text");
+    ASSERT_EQ(db_begin(), 0);
+    sql("update long set text = text where id < 5");
+    ASSERT_EQ(db_commit(), 0);
+    EXPECT_EQ(file_state(), before);
     // What shows no rowid may be numbered anew.
     const uint32_t digest = read_sealed(get_db_path()).counted;
     edit("vacuum;");
@@ -115,6 +122,70 @@ TEST_F(SealTest, AnEditByAnotherProgramStays) {
     }
     EXPECT_EQ(query("select distinct name from chn_info"), "edited again");
     EXPECT_EQ(content(get_db_path()), content(get_db_backup_path()));
+}
+
+// Neighbouring bits, the last of a word, of a text, of a number: none moves only a part of the digest, which others could undo.
+TEST_F(SealTest, EveryBitMovesTheWholeDigest) {
+    randomise(5);
+    save_all();
+    std::string image = content(get_db_path());
+    const auto digest = [&] { return digest_of(std::as_bytes(std::span(image))); };
+    const auto whole = digest();
+    ASSERT_TRUE(whole);
+    std::mt19937 random(6);
+    int moved = 0, weak = 0;
+    for (int i = 0; i < 3000; ++i) {
+        char& byte = image[random() % image.size()];
+        const char original = std::exchange(byte, static_cast<char>(byte ^ 1 << random() % 8));
+        const uint32_t difference = digest().value_or(*whole) - *whole;
+        moved += difference != 0;
+        weak += difference != 0 && ((difference & 0xFFFF) == 0 || difference >> 16 == 0);
+        byte = original;
+    }
+    EXPECT_GT(moved, 1000);
+    EXPECT_LE(weak, 2);
+}
+
+// What a flipped bit of the header would switch off, or feign.
+TEST_F(SealTest, HeaderThatRotted) {
+    EXPECT_EQ(init_database(), 0);
+    const std::string good = content(get_db_path()), newest = started(good, good);
+    const std::string main = content(get_db_path());
+    for (const std::size_t first : {24u, 56u, 60u, 68u})  // counter, encoding, digest, its counter
+        for (std::size_t bit = 0; bit < 32; bit += first == 56 ? 1 : 5) {
+            std::string flipped = main;
+            flipped[first + bit / 8] = static_cast<char>(flipped[first + bit / 8] ^ 1 << bit % 8);
+            EXPECT_EQ(started(flipped, main), newest) << first << " " << bit;
+            EXPECT_EQ(seal(), Seal::intact) << first << " " << bit;
+        }
+    // Beside a counter that rotted a row is no edit.
+    store("update db_version set old_version = 7");
+    std::string both = content(get_db_path());
+    const std::string backup = both;
+    both[27] = static_cast<char>(both[27] ^ 16);
+    const std::size_t row = both.find("0:0:0:0:");
+    ASSERT_NE(row, std::string::npos);
+    both[row] = '2';
+    EXPECT_EQ(started(both, backup), newest);
+    EXPECT_THAT(operation_log(), testing::HasSubstr("1 rows put back"));
+}
+
+// Where another program has made it a write-ahead log, commits do not all change the counter.
+TEST_F(SealTest, AnEditThroughAWriteAheadLogStays) {
+    EXPECT_EQ(init_database(), 0);
+    const std::string backup = content(get_db_backup_path());
+    edit("pragma journal_mode = wal;");
+    db_handle other = db_connect(0, get_db_path(), 0, 0);
+    std::strcpy(r_.channel[0].name, "saved");
+    EXPECT_EQ(run("db_set_chn_info"), 0);
+    EXPECT_EQ(db_execsql(other, "update chn_info set osd_type = 42; pragma wal_checkpoint(truncate);"), 0);
+    db_disconnect(other);
+    close_database();
+    EXPECT_NE(seal(), Seal::rotten);
+    EXPECT_EQ(init_database(), 0);
+    EXPECT_EQ(query("select name, osd_type from chn_info"), "saved|42");
+    EXPECT_EQ(seal(), Seal::intact);
+    EXPECT_EQ(operation_log().find("rotten"), std::string::npos);
 }
 
 // More rows than the backup can explain: the seal belongs to this state of the file, and the rows are other ones.
@@ -147,6 +218,15 @@ TEST_F(SealTest, WhatNoRowExplains) {
         EXPECT_EQ(seal(), Seal::intact);
         EXPECT_EQ(content(get_db_path()), content(get_db_backup_path()));
     }
+    // Two rows are put back though others are newer.
+    started(backup, backup);
+    store("update user_mana_info set username = 'newer' || idx");
+    std::string two = content(get_db_path());
+    for (const std::size_t at : {two.find("0:0:0:0:"), two.rfind("0:0:0:0:")})
+        two[at] = '3';
+    EXPECT_NE(started(two, backup), std::string());
+    EXPECT_THAT(operation_log(), testing::HasSubstr("2 rows put back"));
+    EXPECT_EQ(query("select count(*) from user_mana_info where username like 'newer%'"), "32");
     // Before a backup every setting is in the record.
     started(backup, backup);
     std::strcpy(r_.channel[0].name, "newest");

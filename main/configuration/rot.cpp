@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <string>
@@ -95,12 +96,16 @@ std::vector<Replacement> explanation(const std::vector<Replacement>& all, uint32
     for (const Replacement& one : all)
         if (one.difference() == difference)
             return {one};
-    if (all.size() > kMostOfPairs)
+    // Of two, each has kept its place, or has none.
+    std::vector<Replacement> in_place;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(in_place),
+                 [](const Replacement& r) { return !r.goes || !r.comes || r.goes->rowid == r.comes->rowid; });
+    if (in_place.size() > kMostOfPairs)
         return {};
     std::unordered_multimap<uint32_t, const Replacement*> by_difference;
-    for (const Replacement& one : all)
+    for (const Replacement& one : in_place)
         by_difference.emplace(one.difference(), &one);
-    for (const Replacement& one : all) {
+    for (const Replacement& one : in_place) {
         const auto [first, last] = by_difference.equal_range(difference - one.difference());
         for (auto other = first; other != last; ++other)
             if (other->second != &one && !one.shares_a_row(*other->second))

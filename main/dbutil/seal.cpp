@@ -87,14 +87,15 @@ uint64_t seed_of(std::string_view table) {
 
 void row_changes(void*, sqlite3* db, int operation, const char*, const char* table, sqlite3_int64,
                  sqlite3_int64) {
-    changes.uncountable = changes.uncountable || !stepping || ++changes.rows > kRowsOneByOne;
     if (changes.uncountable)
         return;
     const uint64_t seed = seed_of(table);
-    if (operation != SQLITE_INSERT)
-        changes.sum -= hash_of(db, seed, sqlite3_preupdate_old);
-    if (operation != SQLITE_DELETE)
-        changes.sum += hash_of(db, seed, sqlite3_preupdate_new);
+    const uint32_t old = operation == SQLITE_INSERT ? 0 : hash_of(db, seed, sqlite3_preupdate_old);
+    const uint32_t now = operation == SQLITE_DELETE ? 0 : hash_of(db, seed, sqlite3_preupdate_new);
+    if (operation == SQLITE_UPDATE && old == now)
+        return;  // SQLite does not write it either
+    changes.sum += now - old;
+    changes.uncountable = changes.uncountable || !stepping || ++changes.rows > kRowsOneByOne;
 }
 
 // ------------------------------------------------------------------------------------- images
@@ -201,7 +202,9 @@ int seal_transaction() {
     const bool schema_changed = schema_version_of(db) != header->schema_version;
     if (changes.rows == 0 && !changes.uncountable && !schema_changed)
         return SQLITE_OK;
-    const auto digest = header->is_sealed() && !schema_changed && !changes.uncountable
+    if (header->is_wal)
+        return store_seal(db, 0, 0);  // until a start makes it this system's journal again
+    const auto digest = header->is_sealed() && header->is_utf8 && !schema_changed && !changes.uncountable
                             ? header->digest + changes.sum
                             : digest_of_transaction(db);
     return digest ? store_seal(db, *digest, header->counter + 1) : SQLITE_OK;

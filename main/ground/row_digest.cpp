@@ -10,10 +10,10 @@
 
 namespace {
 
-constexpr std::size_t kCounterAt = 24, kSchemaVersionAt = 40, kEncodingAt = 56, kDigestAt = 60,
-                      kDigestCounterAt = 68;
-constexpr uint32_t kUtf8 = 1;
-constexpr int kMostDepth = 20;  // as SQLite's own limit of a tree
+constexpr std::size_t kReadVersionAt = 19, kCounterAgainAt = 92, kCounterAt = 24, kSchemaVersionAt = 40,
+                      kEncodingAt = 56, kDigestAt = 60, kDigestCounterAt = 68;
+constexpr uint32_t kUtf8 = 1, kEncodingBits = 3;  // SQLite looks at no other bits
+constexpr int kMostDepth = 20;                    // as SQLite's own limit of a tree
 
 uint32_t number_at(DatabaseImage bytes, std::size_t at, std::size_t width) {
     uint32_t number = 0;
@@ -139,7 +139,7 @@ class Walk {
         if (page_size_ == 1)
             page_size_ = 65536;
         const std::size_t reserved = number_at(image, 20, 1);
-        if (page_size_ < 512 || number_at(image, kEncodingAt, 4) > kUtf8)
+        if (page_size_ < 512)
             page_size_ = 0;
         usable_ = page_size_ - std::min(reserved, page_size_);
         if (usable_ < 480)
@@ -298,7 +298,10 @@ FileHeader header_of(DatabaseImage image) {
     return {.counter = number_at(image, kCounterAt, 4),
             .schema_version = number_at(image, kSchemaVersionAt, 4),
             .digest = number_at(image, kDigestAt, 4),
-            .digest_counter = number_at(image, kDigestCounterAt, 4)};
+            .digest_counter = number_at(image, kDigestCounterAt, 4),
+            .counter_again = number_at(image, kCounterAgainAt, 4),
+            .is_utf8 = (number_at(image, kEncodingAt, 4) & kEncodingBits) <= kUtf8,
+            .is_wal = number_at(image, kReadVersionAt, 1) == 2};
 }
 
 bool for_each_stored_row(DatabaseImage image, const RowVisitor& visit) {
@@ -306,7 +309,8 @@ bool for_each_stored_row(DatabaseImage image, const RowVisitor& visit) {
 }
 
 std::optional<uint32_t> digest_of(DatabaseImage image) {
-    uint32_t sum = 0;
+    // Texts that are read otherwise are others.
+    uint32_t sum = header_of(image).is_utf8 ? 0 : 1;
     if (!for_each_row(image, [&](std::string_view, int64_t, uint32_t hash) { sum += hash; }))
         return {};
     return sum;

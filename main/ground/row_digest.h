@@ -30,16 +30,21 @@ struct FileHeader {
     uint32_t schema_version = 0;  // changed by every change of the schema
     uint32_t digest = 0;          // user_version
     uint32_t digest_counter = 0;  // application_id: the counter of the commit that stored the digest
+    uint32_t counter_again = 0;   // what every commit of SQLite writes beside its version: the counter, too
+    bool is_utf8 = true;
+    bool is_wal = false;  // commits go to a log first, and do not all change the counter
 
     // A digest was ever stored.
     [[nodiscard]] bool has_digest() const { return digest != 0 || digest_counter != 0; }
     // Nobody changed the file since, who does not keep the digest.
-    [[nodiscard]] bool is_sealed() const { return has_digest() && digest_counter == counter; }
+    [[nodiscard]] bool is_sealed() const {
+        return has_digest() && (digest_counter == counter || digest_counter == counter_again);
+    }
 };
 inline constexpr std::size_t kFileHeaderBytes = 100;
 FileHeader header_of(DatabaseImage image);
 
-// Empty: the image is no whole database, or its texts are not UTF-8.
+// Empty: the image is no whole database.
 [[nodiscard]] std::optional<uint32_t> digest_of(DatabaseImage image);
 
 enum class Seal {
@@ -80,7 +85,14 @@ class RowHash {
     void text(int column, std::string_view value) { bytes(value, tag(column, 3)); }
     void blob(int column, std::string_view value) { bytes(value, tag(column, 4)); }
 
-    [[nodiscard]] uint32_t value() const { return static_cast<uint32_t>(state_ ^ state_ >> 32); }
+    // Every bit of a row moves every bit of its hash: the finalizer of SplitMix64 (Steele, Lea, Flood: Fast splittable
+    // pseudorandom number generators, 2014).
+    [[nodiscard]] uint32_t value() const {
+        uint64_t h = state_;
+        h = (h ^ h >> 30) * 0xBF58476D1CE4E5B9;
+        h = (h ^ h >> 27) * 0x94D049BB133111EB;
+        return static_cast<uint32_t>(h ^ h >> 31);
+    }
 
   private:
     uint64_t state_;
@@ -99,8 +111,10 @@ class RowHash {
         uint64_t words[2] = {}, chains[2] = {};
         for (; value.size() >= sizeof words; value.remove_prefix(sizeof words)) {
             std::memcpy(words, value.data(), sizeof words);
-            for (const int i : {0, 1})
+            for (const int i : {0, 1}) {
                 chains[i] = (chains[i] ^ words[i]) * 0x9E3779B97F4A7C15;
+                chains[i] ^= chains[i] >> 29;
+            }
         }
         words[0] = words[1] = 0;
         std::memcpy(words, value.data(), value.size());
