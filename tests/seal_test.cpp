@@ -67,7 +67,7 @@ TEST_F(SealTest, IsKeptByEveryWrite) {
             "alter table ipaddr_list drop column more",
             "create table other(a real, b blob, c text, d integer, primary key(d))",
             "insert into other values(2, x'0102', 'x', 4)",
-            "insert into other values(0.5, null, '', null)",
+            "insert into other values(0.5, x'', '', null)",
             "insert into other values('text', 1e300, -1, 9)",
             "update other set a = 3 where d = 4",
             "create table third(a real, b blob, c text, d integer primary key)",

@@ -44,9 +44,15 @@ bool has_hook() {
 using ReadValue = int (*)(sqlite3*, int, sqlite3_value**);
 
 void add_value(RowHash& hash, int column, sqlite3_value* value) {
-    const auto text = [value](const void* bytes) {
-        return std::string_view(static_cast<const char*>(bytes),
-                                static_cast<std::size_t>(sqlite3_value_bytes(value)));
+    // Of a text, too: it is UTF-8, and would be copied for its NUL.
+    const auto bytes = [value] {
+        const void* const from = sqlite3_value_blob(value);
+        const int size = sqlite3_value_bytes(value);
+        if (from == nullptr && size > 0)
+            changes.uncountable = true;  // there was no memory
+        return from == nullptr
+                   ? std::string_view("")
+                   : std::string_view(static_cast<const char*>(from), static_cast<std::size_t>(size));
     };
     switch (sqlite3_value_type(value)) {
         case SQLITE_INTEGER:
@@ -54,9 +60,9 @@ void add_value(RowHash& hash, int column, sqlite3_value* value) {
         case SQLITE_FLOAT:
             return hash.real(column, sqlite3_value_double(value));
         case SQLITE_TEXT:
-            return hash.text(column, text(sqlite3_value_text(value)));
+            return hash.text(column, bytes());
         case SQLITE_BLOB:
-            return hash.blob(column, text(sqlite3_value_blob(value)));
+            return hash.blob(column, bytes());
         default:
             return;
     }
