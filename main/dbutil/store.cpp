@@ -110,7 +110,8 @@ ForAWhile::~ForAWhile() {
 
 db_handle db_open(const char* path) {
     OwnDatabase db(db_connect(0, path, 0, 0));
-    if (!db) {
+    // SQLite opens a file for reading where it cannot be opened for writing.
+    if (!db || sqlite3_db_readonly(db.get(), "main") != 0) {
         DB_LOG(kInfo, "Open database failure, waiting for 500ms to try again\n");
         usleep(500000);
         db.reset(db_connect(0, path, 0, 0));
