@@ -134,7 +134,7 @@ TEST_F(SealTest, EveryBitMovesTheWholeDigest) {
     ASSERT_TRUE(whole);
     std::mt19937 random(6);
     int moved = 0, weak = 0;
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 600; ++i) {
         char& byte = image[random() % image.size()];
         const char original = std::exchange(byte, static_cast<char>(byte ^ 1 << random() % 8));
         const uint32_t difference = digest().value_or(*whole) - *whole;
@@ -142,8 +142,8 @@ TEST_F(SealTest, EveryBitMovesTheWholeDigest) {
         weak += difference != 0 && ((difference & 0xFFFF) == 0 || difference >> 16 == 0);
         byte = original;
     }
-    EXPECT_GT(moved, 1000);
-    EXPECT_LE(weak, 2);
+    EXPECT_GT(moved, 200);
+    EXPECT_LE(weak, 1);
 }
 
 // What a flipped bit of the header would switch off, or feign.
