@@ -10,7 +10,7 @@ namespace dbshell {
 
 // What a prepared statement made from a catalogue's statement does.
 enum class Purpose : uint8_t {
-    run,  // the statement itself, every conversion a parameter; an insert leaves a row that has its key
+    run,            // the statement itself, every conversion a parameter; an insert leaves a row of its key
     take_place,     // an insert that takes the place of that row
     ask,            // the same parameters: the rows that an update is for, each with whether it would change;
                     //   a row where a replace would change nothing
