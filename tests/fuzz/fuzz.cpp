@@ -66,8 +66,12 @@ void Fuzzed::restore_database() {
     ASSERT_EQ(pread(file.get(), counter, sizeof counter, kCounters[0]), std::ssize(counter));
     if (seed_.compare(kCounters[0], sizeof counter, counter, sizeof counter) == 0)
         return;
-    // With a count that the connection has not seen it reads the pages anew, and keeps its statements.
-    ++changes_;
+    if (sqlite3_get_autocommit(get_db_handle()) != 0) {
+        EXPECT_NE(read_sealed(get_db_path()).seal, Seal::rotten);
+    }
+    // With a count that the connection has not seen it reads the pages anew, and keeps its statements; its own commits
+    // have counted on from the last.
+    changes_ += 1 << 12;
     for (const std::size_t at : kCounters)
         for (unsigned i = 0; i < sizeof counter; ++i)
             seed_[at + i] = static_cast<char>(changes_ >> (24 - 8 * i));
