@@ -2,193 +2,26 @@
 // operation after another, and a service is started on each state that the storage may be in (cut_states.h).
 //
 // POWER_CUT_FACTOR multiplies the number of states (./dev crash).
-#include "old_databases.h"
-
-#include <fcntl.h>
-#include <malloc.h>
-#include <signal.h>
-#include <spawn.h>
-#include <sys/sem.h>
-#include <sys/shm.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-
 #include <deque>
 #include <span>
 
 #include "chain.h"
-#include "cut_states.h"
 #include "operation_log.h"
-#include "shared_objects.h"
+#include "stored_device.h"
 
 namespace {
-
-using Record = std::shared_ptr<const DEVICECONFIG>;
-
-constexpr const char *kMain = "devinfo/ipc_db", *kBackup = "devinfo/ipc_db_backup",
-                     *kLog = "devinfo/db_op_info.log", *kDump = "ex1.dump.gz";
 
 std::size_t factor() {
     const char* value = getenv("POWER_CUT_FACTOR");
     return value != nullptr ? std::strtoul(value, nullptr, 10) : 1;
 }
 
-bool same(const Record& a, const Record& b) {
-    return std::memcmp(a.get(), b.get(), sizeof *a) == 0;
-}
-
-std::string first_difference(const Record& a, const Record& b) {
-    const auto* x = reinterpret_cast<const std::byte*>(a.get());
-    const auto* y = reinterpret_cast<const std::byte*>(b.get());
-    for (const Table* table : all_tables())
-        for (const Cell& cell : cells_of_table(*table))
-            if (!std::equal(x + cell.offset, x + cell.offset + cell.field->size, y + cell.offset))
-                return address_of(cell);
-    return same(a, b) ? "none" : "past the tables";
-}
-
-// A process that runs the service's start-up code when it is asked to, each time in a fork of itself.  It is small: what
-// a fork costs, and the process that has forked, goes by the memory that they have.
-class Starter {
-  public:
-    explicit Starter(DEVICECONFIG& record) {
-        int ends[2] = {-1, -1};
-        EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
-        here_.reset(ends[0]);
-        const unique_fd there(ends[1]);
-        pid_ = fork();
-        if (pid_ != 0)
-            return;
-        here_.reset();
-        const unique_fd nowhere(::open("/dev/null", O_WRONLY));
-        dup2(nowhere.get(), STDOUT_FILENO);
-        dup2(nowhere.get(), STDERR_FILENO);
-        for (char answer = 0; read(there.get(), &answer, 1) == 1;) {
-            const pid_t child = fork();
-            if (child == 0) {
-                alarm(30);
-                closing_flag = false;
-                set_cfg_param(&record);
-                forget_device();
-                static_cast<void>(init_database());  // the record tells
-                _exit(0);
-            }
-            int status = 0;
-            answer = waitpid(child, &status, 0) == child && status == 0 ? 1 : 0;
-            if (write(there.get(), &answer, 1) != 1)
-                break;
-        }
-        _exit(0);
-    }
-    ~Starter() {
-        here_.reset();
-        waitpid(pid_, nullptr, 0);
-    }
-    Starter(const Starter&) = delete;
-    Starter& operator=(const Starter&) = delete;
-
-    [[nodiscard]] bool start() {
-        char answer = 0;
-        return write(here_.get(), &answer, 1) == 1 && read(here_.get(), &answer, 1) == 1 && answer == 1;
-    }
-
-  private:
-    unique_fd here_;
-    pid_t pid_ = 0;
-};
-
-// The service as a process of its own, under the fixture's root; this process is its main application.
-class Device {
-  public:
-    Device() = default;
-    ~Device() {
-        end();
-        shmctl(find_segment()->id, IPC_RMID, nullptr);
-        semctl(loaded_.id(), 0, IPC_RMID);
-        semctl(defaults_set_.id(), 0, IPC_RMID);
-    }
-    Device(const Device&) = delete;
-    Device& operator=(const Device&) = delete;
-
-    DEVICECONFIG& record() { return *shared_.get(); }
-    Record copy() { return std::make_shared<const DEVICECONFIG>(record()); }
-
-    // The service's start-up code in a process of its own, which ends with it: it takes a fourth of the time.  Of many
-    // starts some are the service's.
-    [[nodiscard]] bool start_only(const DEVICECONFIG& defaults) {
-        if (factor() > 1 && ++starts_ % 20 == 0) {
-            const bool started = start(defaults);
-            end();
-            return started;
-        }
-        end();
-        std::memcpy(&record(), &defaults, sizeof defaults);
-        return starter_.start();
-    }
-    // False: it ended, or did not load the record within its time.
-    [[nodiscard]] bool start(const DEVICECONFIG& defaults, std::vector<std::string> environment = {}) {
-        end();
-        std::memcpy(&record(), &defaults, sizeof defaults);
-        loaded_.set(0);
-        defaults_set_.set(1);
-        for (const char* name : {"DEVICE_ROOT", "PATH"})
-            environment.push_back(name + std::string("=") + getenv(name));
-        std::vector<char*> variables;
-        variables.reserve(environment.size() + 1);
-        for (std::string& variable : environment)
-            variables.push_back(variable.data());
-        variables.push_back(nullptr);
-        std::string program = BIN_DIR "/database_process";
-        char* arguments[] = {program.data(), nullptr};
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
-        posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-        EXPECT_EQ(posix_spawn(&pid_, program.c_str(), &actions, nullptr, arguments, variables.data()), 0);
-        posix_spawn_file_actions_destroy(&actions);
-        for (int second = 0; second < 30; ++second) {
-            sembuf take{0, -1, 0};
-            const timespec patience{1, 0};
-            if (semtimedop(loaded_.id(), &take, 1, &patience) == 0)
-                return true;
-            if (waitpid(pid_, nullptr, WNOHANG) == pid_) {
-                pid_ = 0;
-                return false;
-            }
-        }
-        return false;
-    }
-    void end() {
-        if (pid_ <= 0)
-            return;
-        kill(pid_, SIGKILL);
-        waitpid(pid_, nullptr, 0);
-        pid_ = 0;
-    }
-    static int32_t call(int kind, const ServiceRequest& request) {
-        int32_t value = -99;
-        int length = 0, result = 0;
-        EXPECT_EQ(ipc_unix_call_service(kServiceNumber, kind, &request, sizeof request, 0, &value,
-                                        sizeof value, 60000, &length, &result),
-                  0);
-        return value;
-    }
-
-  private:
-    const SharedRecord shared_ = SharedRecord::attach_or_create();
-    const Semaphore loaded_ = Semaphore::open_or_create(kLoadedKey),
-                    defaults_set_ = Semaphore::open_or_create(kDefaultsKey);
-    Starter starter_{*shared_.get()};
-    std::size_t starts_ = 0;
-    pid_t pid_ = 0;
-};
-
 // Of the states, by their contents.
 struct Part {
     std::size_t number = 0, of = 1;
 };
 
-class PowerCut : public OldDatabases {
+class PowerCut : public StoredDevice {
   protected:
     struct Scenario {
         std::size_t states = 300;             // at least so many are tried, where there are as many
@@ -201,46 +34,11 @@ class PowerCut : public OldDatabases {
         std::function<void(const DEVICECONFIG&)> last = [](const DEVICECONFIG&) {};   // in the end
     };
 
-    // Not told before a test runs: the test program is also other tests' second process, under their root.
-    const std::string root_ = std::filesystem::path(path("")).parent_path().parent_path();
-    const bool closed_ = (close_database(), true);  // before a process is forked that would have it, too
-    Device device_;
-    std::unique_ptr<DEVICECONFIG> defaults_ = std::make_unique<DEVICECONFIG>();
     std::vector<Record> expected_;  // what the device holds after the start, and after each reply
-
-    PowerCut() {
-        hardware_count = 1;
-        std::strcpy(defaults_->channel[0].name, "default");
-        defaults_->network.netconfig.mtu = 1;
-        // The files that are compared come and go, and are large: the memory stays.
-        mallopt(M_MMAP_THRESHOLD, 64 << 20);
-        mallopt(M_TRIM_THRESHOLD, 512 << 20);
-        std::filesystem::remove(get_db_path());
-    }
-    ~PowerCut() override { std::filesystem::remove(kDump); }
+    std::size_t starts_ = 0;
 
     // ---- files
 
-    static std::vector<std::string> names() {
-        std::vector<std::string> all;
-        for (const auto& entry : std::filesystem::directory_iterator(path("")))
-            all.push_back("devinfo/" + entry.path().filename().string());
-        if (std::filesystem::exists(kDump))
-            all.emplace_back(kDump);
-        return all;
-    }
-    static Files files() {
-        Files all;
-        for (const std::string& name : names())
-            all[name] = content(name);
-        return all;
-    }
-    static void put(const Files& files) {
-        for (const std::string& name : names())
-            std::filesystem::remove(name);
-        for (const auto& [name, bytes] : files)
-            write_file(name, bytes);
-    }
     static std::string at(const Files& files, const char* name) {
         const auto found = files.find(name);
         return found != files.end() ? found->second : "";
@@ -256,59 +54,51 @@ class PowerCut : public OldDatabases {
         return found->second;
     }
 
-    // A database of the record, as a service leaves it.
-    std::string settled_database(const char* name, int version = kCurrentVersion) {
-        put({});
-        fresh_database();
-        wipe();
-        std::strcpy(r_.channel[0].name, name);
-        r_.device.dev_info.dev_type = 7;
-        r_.network.netconfig.mtu = 1400;
-        std::strcpy(r_.network.pppoe.username, "user");
-        save_all();
-        EXPECT_EQ(db_update_version(version, get_db_handle()), 0);
-        close_database();
-        return content(get_db_path());
-    }
     void settle(const char* name) {
         settled_database(name);
         for (int n = 0; n < 2; ++n)
-            EXPECT_TRUE(device_.start(*defaults_));
-        device_.end();
+            EXPECT_TRUE(start());
+        kill_service();
         std::filesystem::remove(kLog);
     }
 
-    // ---- requests
+    // ---- the service
 
+    // False: it ended, or did not load the record within its time.
+    [[nodiscard]] bool start(const std::vector<std::string>& settings = {}) {
+        kill_service();
+        offer_defaults();
+        service_ = start_program("database_process", {}, settings);
+        return has_loaded();
+    }
+    // Of many starts some are the service's.
+    [[nodiscard]] bool start_somehow() {
+        kill_service();
+        return factor() > 1 && ++starts_ % 20 == 0 ? start() : start_up();
+    }
     void request(int kind, const ServiceRequest& fields = {}) {
-        EXPECT_EQ(Device::call(kind, fields), 0) << kind;
-        expected_.push_back(device_.copy());
+        EXPECT_EQ(call_service(kind, fields), 0) << kind;
+        expected_.push_back(copy_of_record());
     }
 
-    // ---- the record
+    // ---- the recording
 
-    CutStates record(const std::function<void()>& drive, const std::string& plant = "", bool hastes = false) {
+    CutStates record_run(const std::function<void()>& drive, const std::string& plant = "",
+                         bool hastes = false) {
         const std::string log = root_ + ".recorded";
-        std::map<uint64_t, std::string> inodes;
-        for (const std::string& name : names()) {
-            struct stat status {};
-            EXPECT_EQ(stat(name.c_str(), &status), 0);
-            inodes[status.st_ino] = name;
-        }
         const Files before = files();
+        const auto inodes_before = inodes();
         std::filesystem::remove(log);
-        std::vector<std::string> environment{"LD_PRELOAD=" RECORDER, kRecordLog + ("=" + log),
-                                             kRecordRoot + ("=" + root_), kRecordPlant + ("=" + plant)};
+        std::vector<std::string> settings{"LD_PRELOAD=" RECORDER, kRecordLog + ("=" + log),
+                                          kRecordRoot + ("=" + root_), kRecordPlant + ("=" + plant)};
         if (hastes)
-            environment.push_back(kRecordHaste + std::string("=1"));
-        expected_.clear();
-        EXPECT_TRUE(device_.start(*defaults_, environment));
-        expected_.push_back(device_.copy());
+            settings.push_back(kRecordHaste + std::string("=1"));
+        EXPECT_TRUE(start(settings));
+        expected_ = {copy_of_record()};
         write_file(log + kArmed, "");
         drive();
-        device_.end();
-        CutStates states(before, inodes, log);
-        std::filesystem::remove(log);
+        kill_service();
+        CutStates states(before, inodes_before, log);
         std::filesystem::remove(log + kArmed);
         return states;
     }
@@ -322,9 +112,9 @@ class PowerCut : public OldDatabases {
         if (is_healthy(at(before, kBackup)) && !(scenario.resets && backup.empty()) && !is_healthy(backup))
             return "the backup is not what it was, nor a new one";
         put(state);
-        if (!device_.start_only(*defaults_))
+        if (!start_somehow())
             return "the service does not start";
-        const Record loaded = device_.copy();
+        const Record loaded = copy_of_record();
         const auto match = std::find_if(acceptable.begin(), acceptable.end(),
                                         [&](const Record& r) { return is_of(loaded, r); });
         if (match == acceptable.end())
@@ -354,9 +144,9 @@ class PowerCut : public OldDatabases {
                 break;
             if (starts == 3)
                 return "a third start changes files";
-            if (!device_.start_only(*defaults_))
+            if (!start_somehow())
                 return "the service does not start again";
-            const Record again = device_.copy();
+            const Record again = copy_of_record();
             if (!is_of(again, found))
                 return "another start loads something else: " + first_difference(again, found);
             before = std::exchange(after, files());
@@ -395,10 +185,10 @@ class PowerCut : public OldDatabases {
     Record front_, front_reload_, back_, back_reload_;  // of the first start; of one behind the last request
     void start_twice(Record& first, Record& second) {
         for (Record* record : {&first, &second}) {
-            EXPECT_TRUE(device_.start(*defaults_));
-            *record = device_.copy();
+            EXPECT_TRUE(start());
+            *record = copy_of_record();
         }
-        device_.end();
+        kill_service();
         if (!same(first, second))
             std::printf("a second start changes %s\n", first_difference(first, second).c_str());
     }
@@ -444,7 +234,7 @@ class PowerCut : public OldDatabases {
                 break;
             const auto& [state, found] = to_cut_again.front();
             put(state);
-            const CutStates again = record([] {});
+            const CutStates again = record_run([] {});
             const Outcome inner = replay(again, {found}, state, scenario,
                                          left / to_cut_again.size() * part.of, most_faults, part, true);
             left -= inner.states;
@@ -476,7 +266,7 @@ class PowerCut : public OldDatabases {
         start_twice(front_, front_reload_);
         put(before);
         settled_.clear();
-        const CutStates recorded = record(scenario.drive, plant, scenario.hastes);
+        const CutStates recorded = record_run(scenario.drive, plant, scenario.hastes);
         EXPECT_TRUE(same(front_, expected_.front()));
         if (scenario.reloads) {
             start_twice(back_, back_reload_);
@@ -502,9 +292,7 @@ class PowerCut : public OldDatabases {
     }
     void save_tables(int saves) {
         for (int i = 1; i <= saves; ++i) {
-            device_.record().network.netconfig.mtu = i;
-            for (auto& address : device_.record().network.ipaddr)
-                std::memset(address.ipv6addr, i, sizeof address.ipv6addr);
+            change_network(i);
             request(EN_UPDATE_TABLE_LIST, for_tables({31, 35, kTableListEnd}));
         }
     }
@@ -512,8 +300,6 @@ class PowerCut : public OldDatabases {
         settle("gate");
         return {.states = 240, .drive = [this] { save_tables(6); }, .first = is_named("gate")};
     }
-    // Nothing can be read of it.
-    static std::string damaged(std::string database) { return database.replace(0, 1024, 1024, 'x'); }
     Scenario restore() {
         const std::string backup = settled_database("backup");
         put({{kMain, damaged(settled_database("gate"))}, {kBackup, backup}});
@@ -526,7 +312,7 @@ class PowerCut : public OldDatabases {
     Scenario backup() {
         settle("gate");
         const auto save_and_wait = [this] {
-            std::strcpy(device_.record().channel[0].name, "north");
+            rename_channel("north");
             request(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3}));
             for (int n = 0; n < 500 && content(kMain) != content(kBackup); ++n)
                 std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -556,7 +342,7 @@ class PowerCut : public OldDatabases {
         settle("gate");
         const auto save = [this] {
             for (int i = 1; i <= 8; ++i) {
-                std::strcpy(device_.record().channel[0].name, ("name " + std::to_string(i)).c_str());
+                rename_channel("name " + std::to_string(i));
                 request(EN_UPDATE_ONE_TABLE_RECORD, for_tables({3}));
             }
         };
@@ -565,11 +351,7 @@ class PowerCut : public OldDatabases {
     Scenario whole_store() {
         settle("gate");
         const auto store = [this] {
-            for (const Table* table : all_tables())
-                for (const Cell& cell : cells_of_table(*table))
-                    if (cell.field->kind != Kind::text && cell.field->size == 4)
-                        set_cell(device_.record(), cell, "1");
-            std::strcpy(device_.record().channel[0].name, "north");
+            change_everything();
             request(EN_UPDATE_ALL_RECORD);
         };
         return {.states = 240,

@@ -2,21 +2,16 @@
 // bytes over the whole record.  The service must neither end nor grow, and must store and load as before afterwards.
 //
 //   request_stream [COUNT [SEED]]       20,000 requests; a private system in memory-backed folders, ended again
-#include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/mman.h>
-#include <sys/sem.h>
-#include <sys/shm.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -32,12 +27,11 @@
 #include "device_paths.h"
 #include "main_application.h"
 #include "operation_log_format.h"
+#include "programs.h"
 #include "record_access.h"
 #include "request.h"
 #include "request_kinds.h"
-#include "shared_objects.h"
 #include "unique_fd.h"
-#include "well_known.h"
 
 namespace {
 
@@ -190,29 +184,6 @@ pid_t forked(Work work) {
     _exit(0);
 }
 
-void end(pid_t pid, int signal) {
-    if (pid <= 0)
-        return;
-    kill(pid, signal);
-    waitpid(pid, nullptr, 0);
-}
-
-pid_t program(const char* name, std::vector<std::string> arguments = {}) {
-    return forked([&] {
-        const std::string path = std::string(BIN_DIR) + "/" + name;
-        const int nowhere = open("/dev/null", O_RDWR);
-        for (const int fd : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-            dup2(nowhere, fd);
-        arguments.insert(arguments.begin(), name);
-        std::vector<char*> argv;
-        argv.reserve(arguments.size() + 1);
-        for (std::string& argument : arguments)
-            argv.push_back(argument.data());
-        argv.push_back(nullptr);
-        execv(path.c_str(), argv.data());
-    });
-}
-
 // A device that has every capability.
 std::vector<std::string> device() {
     std::vector<std::string> options{"--defaults", "random:1"};
@@ -264,28 +235,26 @@ class System {
     }
 
     void start() {
-        velmora_ = program("velmora", device());
-        service_ = program("database_process");
+        velmora_ = start_program("velmora", device());
+        service_ = start_program("database_process");
         const auto deadline = Clock::now() + 120s;
-        for (auto loaded = Semaphore::find(kLoadedKey); !loaded || loaded->value() != 1;
-             loaded = Semaphore::find(kLoadedKey)) {
+        const auto has_loaded = [] {
+            const auto loaded = Semaphore::find(kLoadedKey);
+            return loaded && loaded->value() == 1;
+        };
+        for (; !has_loaded(); std::this_thread::sleep_for(20ms)) {
             expect_running();
             if (Clock::now() > deadline)
                 fail("the system does not start");
-            std::this_thread::sleep_for(20ms);
         }
         scribbler_ = forked([this] { scribble(static_cast<unsigned>(random_())); });
     }
     ~System() {
-        for (const pid_t pid : {scribbler_, service_, velmora_})
-            end(pid, SIGKILL);
-        for (const pid_t pid : clients_)
-            end(pid, SIGKILL);
-        if (const auto segment = find_segment())
-            shmctl(segment->id, IPC_RMID, nullptr);
-        for (const key_t key : {kLoadedKey, kDefaultsKey})
-            if (const auto semaphore = Semaphore::find(key))
-                semctl(semaphore->id(), 0, IPC_RMID);
+        for (pid_t* pid : {&scribbler_, &service_, &velmora_})
+            end_program(*pid, SIGKILL);
+        for (pid_t& pid : clients_)
+            end_program(pid, SIGKILL);
+        remove_shared_objects();
         std::filesystem::remove_all(root_);
     }
     System(const System&) = delete;
@@ -301,7 +270,7 @@ class System {
             expect_running();
             for (; killed_at + kRequestsPerKill < tally.begun; killed_at += kRequestsPerKill) {
                 pid_t& victim = clients_[random_() % clients_.size()];
-                end(victim, SIGKILL);
+                end_program(victim, SIGKILL);
                 ++killed_;
                 victim = start_client(count);
             }
@@ -326,7 +295,7 @@ class System {
     void expect_service() {
         if (waitpid(scribbler_, nullptr, WNOHANG) != 0)
             fail("nobody has written over the record");
-        end(std::exchange(scribbler_, 0), SIGKILL);
+        end_program(scribbler_, SIGKILL);
         const SharedRecord record = SharedRecord::attach();
         const Cell name = find_cell(parse_address("chn_info.name"));
         set_cell(*record.get(), name, "North gate");
