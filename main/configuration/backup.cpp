@@ -11,6 +11,7 @@
 #include "operation_log.h"
 #include "recovery.h"
 #include "rot.h"
+#include "second_try.h"
 #include "sec_db_enc.h"
 #include "state.h"
 #include "store.h"
@@ -45,14 +46,12 @@ bool backup_db_file() {
     db_handle db = get_db_handle();
     if (db == nullptr)
         return false;
-    int integrity = check_active_db_integrity(db);
-    if (integrity < 0)  // or a fault of the moment
-        integrity = check_active_db_integrity(db);
-    if (integrity != 0) {
-        if (integrity < 0 && rebuild_from_record(kCurrentVersion) != Rebuilt::complete)
-            DB_LOG(kError, "the damaged database cannot be made anew\n");
+    int integrity = 0;
+    const bool damaged = is_so([&] { return (integrity = check_active_db_integrity(db)) < 0; });
+    if (damaged && rebuild_from_record(kCurrentVersion) != Rebuilt::complete)
+        DB_LOG(kError, "the damaged database cannot be made anew\n");
+    if (integrity != 0)
         return false;
-    }
     if (!mend_rot(get_db_path(), get_db_backup_path())) {
         if (rebuild_from_record(kCurrentVersion) == Rebuilt::complete)
             log_operation("[%s]rotten.Made anew\n", get_db_path());

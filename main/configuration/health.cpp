@@ -82,10 +82,8 @@ std::set<std::string> table_names(const char* path) {
 
 // Gives the reloaded file this system's page size.
 bool settle_pages(const char* path) {
-    db_handle db = db_open(path);
-    const int rc = db == nullptr ? SQLITE_CANTOPEN : db_execsql(db, "vacuum;");
-    db_close(&db);
-    return rc == 0;
+    const OwnDatabase db(db_open(path));
+    return db && db_execsql(db.get(), "vacuum;") == 0;
 }
 
 // A reload that ran out of space loses the tables that it had made before.
@@ -98,10 +96,9 @@ bool has_all_tables(const char* reloaded, const char* original) {
 // and statements, too.  Texts of this system are one statement on one line.
 bool has_plain_schema(const char* path) {
     int odd = -1;
-    db_handle db = db_connect(0, path, 0, 0);
+    const OwnDatabase db(db_connect(0, path, 0, 0));
     const int rc = db_query_row_num(
-        db, "select count(*) from sqlite_master where sql glob '*[;' || char(10) || ']*';", &odd);
-    db_disconnect(db);
+        db.get(), "select count(*) from sqlite_master where sql glob '*[;' || char(10) || ']*';", &odd);
     return rc == 0 && odd == 0;
 }
 
@@ -137,13 +134,7 @@ bool has_key_rows(const char* path) {
     return all;
 }
 
-// What is gone at the second look was a fault of the moment: the backup would bring older values.
-template <class Look>
-bool is_so(Look look) {
-    return !at_the_second_try([&] { return !look(); });
-}
-
-// The code of the first thing that is wrong; 0.
+// The code of the first thing that is wrong; 0.  What is gone at the second look is not: the backup would bring older values.
 int examine(const char* path) {
     if (is_so([&] { return check_file_exist(path) != 0; }))
         return kFileMissing;

@@ -51,14 +51,13 @@ Pending pending = Pending::nothing;
 bool is_held(int attempts) {
     if (check_file_not_empty(get_db_path()) != 0)
         return false;
-    db_handle db = db_connect(0, get_db_path(), 0, 0);
+    const OwnDatabase db(db_connect(0, get_db_path(), 0, 0));
     int rc = SQLITE_BUSY;
     for (int attempt = 0; attempt < attempts && (rc == SQLITE_BUSY || rc == SQLITE_LOCKED); ++attempt) {
         if (attempt > 0)
             sleep(1);
-        rc = db_execsql(db, "select count(*) from sqlite_master;");
+        rc = db_execsql(db.get(), "select count(*) from sqlite_master;");
     }
-    db_disconnect(db);
     return rc == SQLITE_BUSY || rc == SQLITE_LOCKED;
 }
 

@@ -9,4 +9,10 @@ template <class Attempt>
     return done || attempt();
 }
 
+// True when two looks say so.
+template <class Look>
+[[nodiscard]] bool is_so(Look look) {
+    return look() && look();
+}
+
 #endif
