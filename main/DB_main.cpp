@@ -101,7 +101,7 @@ int main() try {
     mallopt(M_MMAP_THRESHOLD, 128 * 1024);     // what is larger goes back to the system when it is freed
     std::setvbuf(stdout, nullptr, _IOLBF, 0);  // a killed process leaves what it has said
     std::puts("\nEnter DB_main-------------------");
-    for (const int ignored : {SIGPIPE, SIGTTIN, SIGTTOU})
+    for (const int ignored : {SIGPIPE, SIGTTIN, SIGTTOU, SIGXFSZ})  // writes tell their errors
         signal(ignored, SIG_IGN);
     init_debug_task(0, 0);
     prepare_encryption();

@@ -155,7 +155,8 @@ class FaultSweep : public StoredDevice {
         std::vector<std::string> all;
         for (const auto& fd :
              std::filesystem::directory_iterator("/proc/" + std::to_string(service_) + "/fd"))
-            all.push_back(std::filesystem::read_symlink(fd.path()).string());
+            if (std::error_code gone; exists(fd.symlink_status(gone)))
+                all.push_back(std::filesystem::read_symlink(fd.path(), gone).string());
         return all;
     }
     std::string output() const {
@@ -317,9 +318,14 @@ class FaultSweep : public StoredDevice {
     }
 
     // What is wrong with a run that met a fault.
-    std::string judge(const Scenario& scenario, const Expected& expected, const Run& run) {
+    std::string judge(const Scenario& scenario, const Expected& expected, const Fault& fault,
+                      const Run& run) {
         const bool done = run.reply == 0 && scenario.replies;
-        std::vector<Record> acceptable{expected.after}, last{expected.after, expected.twice};
+        // What could be undone is.
+        const bool undone = run.reply != 0 && scenario.replies && scenario.request && !fault.lasting;
+        std::vector<Record> acceptable, last{expected.after, expected.twice};
+        if (!undone)
+            acceptable.push_back(expected.after);
         if (!done) {
             acceptable.insert(acceptable.end(), expected.parts.begin(), expected.parts.end());
             acceptable.push_back(expected.before);
@@ -414,7 +420,7 @@ class FaultSweep : public StoredDevice {
             if (f.failed == 0)
                 continue;
             ++outcome.points;
-            const std::string wrong = judge(scenario, expected, met);
+            const std::string wrong = judge(scenario, expected, point.fault, met);
             if (wrong.empty())
                 continue;
             ++outcome.faults;

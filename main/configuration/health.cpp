@@ -1,6 +1,7 @@
 #include "health.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
@@ -18,6 +19,7 @@
 #include "seal.h"
 #include "second_try.h"
 #include "store.h"
+#include "unique_fd.h"
 #include "well_known.h"
 
 namespace {
@@ -150,6 +152,11 @@ int examine(const char* path) {
 bool is_healthy(const char* path) {
     return check_file_exist(path) == 0 && check_file_not_empty(path) == 0 &&
            check_inactive_db_integrity(path) >= 0 && has_key_rows(path);
+}
+
+bool is_out_of_reach(const char* path) {
+    const unique_fd file(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    return !file && errno != ENOENT;
 }
 
 int db_isok(const char* path, int* code) {

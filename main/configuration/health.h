@@ -21,4 +21,7 @@ enum HealthCode : int {
 // The same without repair, and without a word in a log.
 [[nodiscard]] bool is_healthy(const char* path);
 
+// It is there, or may be, and cannot be opened now: nobody knows whether it is healthy.
+[[nodiscard]] bool is_out_of_reach(const char* path);
+
 #endif

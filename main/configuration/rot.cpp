@@ -185,7 +185,7 @@ void restore_rotten(const char* main, const char* backup) {
         return log_operation("[%s]rotten.Restored\n", main);
     log_operation("[%s]rotten\n", main);
     // What no backup can mend, the device has to live with.
-    if (!is_good && !seal_file(main))
+    if (!is_good && !is_out_of_reach(backup) && !seal_file(main))
         DB_LOG(kError, "%s cannot be sealed\n", main);
 }
 

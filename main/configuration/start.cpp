@@ -42,7 +42,7 @@ constexpr int kLockAttempts = 6;
 enum class Pending {
     nothing,
     start,         // another process held the database, or it could not be opened
-    copy,          // the backup is healthy, and could not be copied over it
+    copy,          // the backup could not be copied over it, or not be looked at
     new_database,  // the old one is given up, and a new one could not be made
 };
 Pending pending = Pending::nothing;
@@ -124,8 +124,9 @@ int db_get_param_from_devcfg() {
     return -1;
 }
 
-// A healthy backup that found no space stays the best there is.  Nothing takes its place: a database without it would
-// be copied over it.  Until the copy succeeds the device runs with its values, and stores nothing.
+// A healthy backup that found no space stays the best there is, and so may one that cannot be opened.  Nothing takes its
+// place: a database without it would be copied over it.  Until the copy succeeds the device runs with its values, as far as
+// they can be read, and stores nothing.
 int wait_for_the_copy() {
     DB_LOG_AS(kError, "init_database", "the backup cannot take the place of the database yet\n");
     if (std::exchange(pending, Pending::copy) != Pending::copy) {
@@ -164,16 +165,39 @@ int patch(int version) {
 
 // ------------------------------------------------------------------------------------- the tree
 
+// The backup may hold what is worth waiting for.
+bool is_backup_worth_it() {
+    // In this order: what comes into reach in between is looked at.
+    const bool out_of_reach = is_out_of_reach(get_db_backup_path());
+    return is_healthy(get_db_backup_path()) || out_of_reach;
+}
+
+// The copy that an earlier start could not make.  False: it cannot be made yet; not a word in the operation log for every
+// request.
+bool catch_up_on_the_copy() {
+    if (is_healthy(get_db_path()))
+        return true;
+    if (is_out_of_reach(get_db_backup_path()))
+        return false;
+    if (!is_healthy(get_db_backup_path()))
+        return true;  // it is no good
+    if (copy_file(get_db_path(), get_db_backup_path()) != 0)
+        return false;
+    log_operation("[%s]restored\n", get_db_path());
+    return true;
+}
+
 // From the condition of the two files to a loaded record and a database of a known version.  0 when that is reached.
 int start_by_condition() {
-    if (pending == Pending::copy && is_healthy(get_db_backup_path()) &&
-        copy_file(get_db_path(), get_db_backup_path()) != 0)
-        return -1;  // and not a word in the operation log for every request
-    const bool again = pending == Pending::new_database;
+    if (pending == Pending::copy && !catch_up_on_the_copy())
+        return -1;
+    // What was given up for want of anything better is looked at again: it may have been out of reach.
+    const bool again =
+        pending == Pending::new_database && !is_healthy(get_db_path()) && !is_backup_worth_it();
     const int condition = again ? kUnrepairable : db_checkandrecovery(get_db_path(), get_db_backup_path());
-    if (condition != 0 && !again && is_healthy(get_db_backup_path()))
+    if (condition != 0 && !again && is_backup_worth_it())
         return wait_for_the_copy();
-    if (condition == kUnrepairable) {
+    if (condition == kUnrepairable && !is_out_of_reach(get_db_path())) {
         if (!again) {
             const Salvage salvage(get_db_path());
             DB_LOG_AS(kInfo, "init_database", "====totally restore default param====\n");

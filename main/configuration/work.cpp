@@ -88,17 +88,17 @@ Work::~Work() {
 
 bool Work::begin(TableSpan stores) {
     open_ = db_begin() == 0;
-    return open_ ? settle_version(stores) : is_closed();
+    return open_ ? settle(stores) : is_closed();
 }
 
 bool Work::begin_exclusive(TableSpan stores) {
     open_ = try_db_begin_exclusive() == 0;
-    return open_ && settle_version(stores);
+    return open_ && settle(stores);
 }
 
 bool Work::begin_to_load() {
     open_ = db_begin_to_load() == 0;
-    return open_ ? settle_version({}) : is_closed();
+    return open_ ? settle({}) : is_closed();
 }
 
 bool Work::begin_anew(TableSpan stores) {
@@ -111,6 +111,11 @@ bool Work::begin_anew(TableSpan stores) {
     version_.emplace(recorded != 0 ? recorded : stored->version);
     set_db_enc_version(version_->version());
     return true;
+}
+
+// A failed read may have ended the transaction: what is stored then would not be undone.
+bool Work::settle(TableSpan stores) {
+    return settle_version(stores) && !db_transaction_lost();
 }
 
 bool Work::settle_version(TableSpan stores) {

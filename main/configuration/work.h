@@ -69,6 +69,7 @@ class Work {
     int failed_table_ = 0;
     std::optional<VersionInUse> version_;  // empty: the database's cannot be read
 
+    bool settle(TableSpan stores);
     bool settle_version(TableSpan stores);
     bool renew_texts(uint32_t stored, uint32_t recorded);
     bool store_version();

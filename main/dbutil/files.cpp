@@ -22,7 +22,7 @@ constexpr const char* kSourceFile = "main/dbutil.c";
 using Block = std::array<unsigned char, 1024>;
 
 unique_fd open_to_read(const char* path) {
-    return unique_fd(open(path, O_RDONLY | O_CLOEXEC));
+    return unique_fd(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));  // a pipe would wait for its writer
 }
 
 off_t size_of(const unique_fd& file) {

@@ -108,7 +108,8 @@ void row_changes(void*, sqlite3* db, int operation, const char*, const char* tab
 
 sqlite3_file* file_of(sqlite3* db) {
     sqlite3_file* file = nullptr;
-    sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file));
+    if (db != nullptr)
+        sqlite3_file_control(db, "main", SQLITE_FCNTL_FILE_POINTER, static_cast<void*>(&file));
     return file != nullptr && file->pMethods != nullptr ? file : nullptr;
 }
 
@@ -214,6 +215,21 @@ int seal_transaction() {
                             ? header->digest + changes.sum
                             : digest_of_transaction(db);
     return digest ? store_seal(db, *digest, header->counter + 1) : SQLITE_OK;
+}
+
+std::optional<uint32_t> change_counter(db_handle db) {
+    const auto header = header_of_file(db);
+    return header ? std::optional(header->counter) : std::nullopt;
+}
+
+bool commit_once_more(db_handle db, uint32_t counter) {
+    if (db_execsql(db, "BEGIN immediate;") != 0)
+        return false;
+    const auto header = header_of_file(db);  // a journal that was left has been played back by now
+    return header && header->counter == counter &&
+           store_seal(db, header->digest,
+                      header->is_sealed() ? header->counter + 1 : header->digest_counter) == 0 &&
+           db_execsql(db, "COMMIT;") == 0;
 }
 
 // ------------------------------------------------------------------------------------- what files are

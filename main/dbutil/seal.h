@@ -30,6 +30,12 @@ void seal_loses_count();
 // Stores the seal of the process-wide handle's transaction, if that changed anything.  0, or SQLite's code.
 [[nodiscard]] int seal_transaction();
 
+// The header's count of commits; empty where it cannot be read.
+[[nodiscard]] std::optional<uint32_t> change_counter(db_handle db);
+// A commit that changes nothing but the header, where the counter is as told.  False: it is not, or it failed, and the
+// transaction may be open.
+[[nodiscard]] bool commit_once_more(db_handle db, uint32_t counter);
+
 // ------------------------------------------------------------------------------------- what files are
 
 // Unknown also where another process holds the file, and where there are no seals.

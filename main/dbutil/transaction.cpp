@@ -84,9 +84,14 @@ void db_rollback() {
 }
 
 int db_commit() {
+    db_handle db = get_db_handle();
     int rc = spoilt ? SQLITE_ABORT : seal_transaction();
+    const auto counter = change_counter(db);
     if (rc == 0)
-        rc = db_execsql(get_db_handle(), "COMMIT;");
+        rc = db_execsql(db, "COMMIT;");
+    // It stands, and only the sync of the journal's end failed: a power cut could undo what cannot be undone any more.
+    if (rc != 0 && db_transaction_lost() && counter && commit_once_more(db, *counter + 1))
+        rc = 0;
     if (rc == 0) {
         begun = false;
         return 0;
