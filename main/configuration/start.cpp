@@ -281,6 +281,8 @@ int start(int lock_attempts) {
     for (const char* file : {get_db_path(), get_db_backup_path()})
         const NewFile unfinished(file);  // of a start that a power cut ended
     const int result = start_by_condition();
+    if (pending == Pending::nothing && get_db_handle() == nullptr)
+        pending = Pending::start;  // what took its place could not be opened
     if (pending != Pending::nothing)
         return result;
     // The texts first: the backup has what a start ends with.

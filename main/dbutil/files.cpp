@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "log.h"
+#include "second_try.h"
 #include "unique_fd.h"
 
 namespace {
@@ -133,7 +134,9 @@ bool remove_journal(const char* path) {
 }
 
 bool replace_file(const char* from, const char* to) {
-    if (sync_file(from) && remove_journal(to) && std::rename(from, to) == 0 && sync_folder_of(to))
+    // A rename is not undone for a fault of the moment behind it.
+    if (sync_file(from) && remove_journal(to) && std::rename(from, to) == 0 &&
+        at_the_second_try([&] { return sync_folder_of(to); }))
         return true;
     DB_LOG(kError, "%s cannot take the place of %s, errno = %d\n", from, to, errno);
     return false;
