@@ -34,12 +34,6 @@ class Engine : public Core {
     };
 };
 
-template <std::size_t N>
-void name(char (&field)[N], const char* text) {
-    std::memset(field, 0, N);
-    std::strcpy(field, text);
-}
-
 // ------------------------------------------------------------------------------------- the record changes meanwhile
 
 TEST_F(Engine, SaveStoresTheRecordOfOneMoment) {
@@ -97,22 +91,17 @@ TEST_F(Engine, RowsWithoutTheirKeyAreSkipped) {
 
 TEST_F(Engine, FewerAlarmsThanBefore) {
     auto& actions = r_.ptz.ptz_index;
-    const auto number = [&](int base) {
-        for (int type = 0; type < 3; ++type)
-            for (int alarm = 0; alarm < kMaxAlarms; ++alarm)
-                actions[type][alarm] = base + type * 100 + alarm;
-    };
-    number(1000);
-    EXPECT_EQ(run("db_set_alarm_trigger_ptz"), 0);
-    EXPECT_EQ(query("select count(*) from alarm_trigger_ptz_list"), "48");
-    hardware_count = 8;
-    number(5000);
-    EXPECT_EQ(run("db_set_alarm_trigger_ptz"), 0);
+    for (const int alarms : {16, 8}) {
+        hardware_count = alarms;
+        for (int i = 0; i < 3 * kMaxAlarms; ++i)
+            actions[i / kMaxAlarms][i % kMaxAlarms] = alarms * 1000 + i;
+        EXPECT_EQ(run("db_set_alarm_trigger_ptz"), 0);
+    }
     wipe();
     EXPECT_EQ(run("db_get_alarm_trigger_ptz"), 0);
     for (int type = 0; type < 3; ++type)
         for (int alarm = 0; alarm < 8; ++alarm)
-            EXPECT_EQ(actions[type][alarm], 5000 + type * 100 + alarm);
+            EXPECT_EQ(actions[type][alarm], 8000 + type * kMaxAlarms + alarm);
     EXPECT_EQ(query("select idx, chn, trig_type from alarm_trigger_ptz_list where idx in (9, 24)"),
               "9|0|2;24|7|3");
 }
@@ -124,19 +113,16 @@ TEST_F(Engine, EventSourcesAreAsManyAsTheDeviceHas) {
     const std::string classes = " group by process_type";
     hardware_count = 2;
     randomise(8);
-    for (const char* table : {"vm_snapshot_normal_param", "vm_snapshot_compression_param",
-                              "vm_snapshot_time_segment", "vm_trigger_chain_param"})
+    for (const auto& [table, columns, rows] :
+         {std::array{"vm_snapshot_normal_param", "count(*)", "14;6;16;8;1;1"},
+          {"vm_snapshot_compression_param", "count(*)", "14;6;16;8;1;1"},
+          {"vm_snapshot_time_segment", "count(*), length(b_used) - length(replace(b_used, ':', ''))",
+           "2|28;2|56"},
+          {"vm_trigger_chain_param", "count(*), max(line_no), min(trigger_chain not like '%:%:%:%')",
+           "6|3|1;16|1|1;8|1|1;1|1|1;1|1|1"}}) {
         save(table);
-    for (const std::string table : {"vm_snapshot_normal_param", "vm_snapshot_compression_param"})
-        EXPECT_EQ(query("select count(*) from " + table + classes), "14;6;16;8;1;1");
-    EXPECT_EQ(query("select count(*), length(b_used) - length(replace(b_used, ':', '')) from "
-                    "vm_snapshot_time_segment" +
-                    classes),
-              "2|28;2|56");
-    EXPECT_EQ(query("select count(*), max(line_no), min(trigger_chain not like '%:%:%:%') from "
-                    "vm_trigger_chain_param" +
-                    classes),
-              "6|3|1;16|1|1;8|1|1;1|1|1;1|1|1");
+        EXPECT_EQ(query(std::string("select ") + columns + " from " + table + classes), rows) << table;
+    }
 
     // Missing rows of a class are made anew with all of it; the other classes keep theirs.
     sql("update vm_trigger_chain_param set line_no = 9 where process_type = 4 and chain_no = 8;"
@@ -175,8 +161,8 @@ TEST_F(Engine, NoSecureUserIsLostOrTurnedIntoAnother) {
         wipe();
         Accounts accounts;
         for (std::size_t i = 0; i < c.before.size(); ++i) {
-            name(users[i].username, c.before[i].first);
-            name(users[i].passwd, c.before[i].second);
+            std::strcpy(users[i].username, c.before[i].first);
+            std::strcpy(users[i].passwd, c.before[i].second);
             users[i].permission = 7;
             accounts.emplace(c.before[i]);
         }
@@ -185,7 +171,12 @@ TEST_F(Engine, NoSecureUserIsLostOrTurnedIntoAnother) {
         EXPECT_EQ(run("db_set_sec_user_info"), 0);
         for (std::size_t i = 0; i < c.after.size(); ++i)
             EXPECT_STREQ(users[i].username, c.after[i]) << i;
-        EXPECT_EQ(users[0].permission, 0xFFFFFFFF);
+        for (const uint64_t mask :
+             {uint64_t{users[0].permission}, uint64_t{users[0].preview_permision},
+              uint64_t{users[0].record_permision}, uint64_t{users[0].playback_permision},
+              uint64_t{users[0].ptzctrl_permision}})
+            EXPECT_EQ(mask, 0xFFFFFFFF);
+        EXPECT_TRUE(users[0].priority == 2 && users[0].user_level == 2);
         // The database and the record agree on who there is.
         const auto stored = std::make_unique<DEVICECONFIG>(r_);
         std::memset(users, 0, sizeof users);
@@ -202,7 +193,7 @@ TEST_F(Engine, NoSecureUserIsLostOrTurnedIntoAnother) {
     // Nowhere to go: nothing is stored, nothing is changed.
     wipe();
     for (UserEntry& user : users)
-        name(user.username, ("u" + std::to_string(&user - users)).c_str());
+        std::strcpy(user.username, ("u" + std::to_string(&user - users)).c_str());
     const auto full = std::make_unique<DEVICECONFIG>(r_);
     const Contents before = contents();
     EXPECT_EQ(call(EN_SAVE_SEC_USER_INFO), kRefused);
@@ -219,21 +210,19 @@ TEST_F(Engine, ResultsThatTellTheirCause) {
         "insert into roi_param_table values('1'); delete from roi_param_table_content;"
         "drop table roi_param_table_content;");
     EXPECT_EQ(run("db_get_roi_param"), -2);
+    const struct {
+        const char* function;
+        int without_database, without_record;
+    } cases[] = {{"db_get_roi_param", -1, -1},        {"db_save_voice_change_cfg", -6, -7},
+                 {"db_get_voice_change_cfg", -1, -1}, {"db_set_comp_info", -1, -7},
+                 {"db_set_comp_info_single", -1, -7}, {"db_get_comp_info", -1, -1}};
     close_database();
-    for (const auto& [function, result] : {std::pair{"db_get_roi_param", -1},
-                                           {"db_save_voice_change_cfg", -6},
-                                           {"db_get_voice_change_cfg", -1},
-                                           {"db_set_comp_info_single", -1}})
-        EXPECT_EQ(call_table_function(function, 0), result) << function;
+    for (const auto& c : cases)
+        EXPECT_EQ(call_table_function(c.function, 0), c.without_database) << c.function;
     fresh_database();
     set_cfg_param(nullptr);
-    for (const auto& [function, result] : {std::pair{"db_get_roi_param", -1},
-                                           {"db_save_voice_change_cfg", -7},
-                                           {"db_get_voice_change_cfg", -1},
-                                           {"db_set_comp_info_single", -7},
-                                           {"db_set_comp_info", -7},
-                                           {"db_get_comp_info", -1}})
-        EXPECT_EQ(call_table_function(function, 0), result) << function;
+    for (const auto& c : cases)
+        EXPECT_EQ(call_table_function(c.function, 0), c.without_record) << c.function;
 }
 
 // ------------------------------------------------------------------------------------- messages
