@@ -108,60 +108,28 @@ TEST_F(Schedules, SaversRefuseWhatHasNoRow) {
                 HasSubstr("update week_config_list error\n"));
 }
 
-TEST_F(Schedules, EveryProcessTypeHasItsHome) {
-    auto& e = r_.event;
-    auto& a = r_.analytics;
-    const struct {
-        int type, alarm;
-        const void* home;
-    } homes[] = {
-        {2, 16, &e.alarm_in[15].schedule},
-        {3, 2, &e.alarm_out[1].schedule},
-        {4, 0, &e.video_analysis[0].type1.schedule},
-        {5, 0, &e.video_analysis[0].type2.schedule},
-        {6, 3, &e.wireless_schedule[2]},
-        {7, 0, &e.pir_schedule},
-        {8, 0, &e.callhelp_schedule},
-        {9, 0, &e.video_loss[0].schedule},
-        {10, 0, &e.audio_detect.schedule},
-        {11, 0, &a.face_detection[0].schedule},
-        {13, 0, &a.audio_exception.schedule},
-        {14, 0, &a.intrusion_detect[0].schedule},
-        {15, 0, &a.line_detect[0].schedule},
-        {16, 0, &a.scene_change[0].schedule},
-        {19, 0, &a.heatmap.schedule},
-        {20, 0, &a.passenger.schedule},
-        {21, 0, &a.vehicle_detection.schedule},
-        {21, 0, &r_.traffic.vehicle.detect.schedule},
-        {22, 0, &a.smd[0][0].schedule},
-        {31, 0, &a.smd[0][9].schedule},
-        {32, 0, &r_.traffic.traffic.detect.schedule},
-        {33, 0, &a.people_detection[0].schedule},
-        {35, 0, &e.vandal_proof[0].schedule},
-        // Those with a loader of their own, and those that there are not.
-        {1, 0, nullptr},
-        {12, 0, nullptr},
-        {17, 0, nullptr},
-        {18, 0, nullptr},
-        {34, 0, nullptr},
-        {36, 0, nullptr},
-        {0, 0, nullptr},
-        {-5, 0, nullptr},
-    };
-    for (const auto& h : homes) {
-        const std::string values = std::to_string(h.type) + "," + std::to_string(h.alarm);
+// Where the homes lie is in the committed description of the stored format.  A type with a loader of its own is that
+// loader's.
+TEST_F(Schedules, EveryProcessTypeIsLoadedIntoItsHomes) {
+    for (int type = -1; type <= kLastProcessType + 1; ++type) {
+        SCOPED_TRACE(type);
+        const bool by_alarm = type == kAlarmInput || type == 3 || type == 6;
         sql("delete from week_config_list; insert into week_config_list(process_type, alarm_no, scene, rule, "
             "begin_end_time) values(" +
-            values + ", 1, 1, '4294967295:8:9:');");
+            std::to_string(type) + ", 2, 1, 1, '4294967295:8:9:');");
         wipe();
         EXPECT_EQ(run("db_get_week_list"), 0);
-        EXPECT_TRUE(h.home == nullptr || std::memcmp(h.home, "\xff\xff\xff\xff\x8\0\0", 8) == 0) << h.type;
-        // Nothing else has changed, but both homes of the vehicles' type.
+        std::set<std::size_t> homes;
+        for (const ScheduleHome& home : schedule_homes())
+            if (type >= home.process_type && type < home.process_type + home.types &&
+                schedule_form(type).table.get.empty())
+                homes.insert(home.offset + (by_alarm ? home.stride : 0) +
+                             static_cast<std::size_t>(type - home.process_type) * home.type_stride);
         const auto* bytes = reinterpret_cast<const unsigned char*>(record_.get());
+        for (const std::size_t home : homes)
+            EXPECT_EQ(std::memcmp(bytes + home, "\xff\xff\xff\xff\x8\0\0\0", 8), 0);
         EXPECT_EQ(std::count(bytes, bytes + sizeof r_, 0),
-                  static_cast<std::ptrdiff_t>(sizeof r_) - (h.home == nullptr ? 0
-                                                            : h.type == 21    ? 12
-                                                                              : 6));
+                  static_cast<std::ptrdiff_t>(sizeof r_) - 6 * std::ssize(homes));
     }
 }
 
