@@ -34,6 +34,8 @@ TEST(WrongEntries, StatementsAgainstTheirFields) {
                 text = number("a", Kind::text), real = number("a", Kind::f32);
     Field fixed = number("kind");
     fixed.constant = true;
+    constexpr const char* kType = "a field's type does not fit its conversion";
+    constexpr const char* kKey = "a key column takes a bare %d or %u";
     const struct {
         const char* text;
         std::vector<Field> fields;
@@ -41,32 +43,23 @@ TEST(WrongEntries, StatementsAgainstTheirFields) {
     } cases[] = {
         {"update t set a = %d, b = %d where idx = %d;", {a, b}, ""},
         {"update t set a = %d where kind = %d;", {a, fixed}, ""},
-        {"update t set a = %llu where idx = %d;", {wide}, ""},
-        {"update t set a = %f where idx = %d;", {real}, ""},
-        {"select a, idx from t;", {a}, ""},
         {"update t set a = %d, b = %d where idx = %d;",
          {b, a},
          "a field's name is not the name of the column it is stored in"},
         {"update t set a = %d where idx = %d;", {a, b}, "the statement has fewer conversions than fields"},
-        {"update t set a = %d, b = %d where idx = %d;",
-         {a},
-         "the statement has more conversions than fields"},
-        {"update t set a = %f where idx = %d;", {a}, "a field's type does not fit its conversion"},
-        {"update t set a = '%f' where idx = %d;", {real}, "a field's type does not fit its conversion"},
-        {"update t set a = %d where idx = %d;", {real}, "a field's type does not fit its conversion"},
-        {"update t set a = %d where idx = %f;", {a}, "a key column takes a bare %d or %u"},
-        {"update t set a = %d where idx = '%d';", {a}, "a key column takes a bare %d or %u"},
+        {"update t set a = %d, b = %d;", {a}, "the statement has more conversions than fields"},
         {"update t set a = %d where b = %d;",
          {a, b},
          "a conversion behind \"where\" stands for a column that is no key column of the table"},
-        {"update t set a = %llu where idx = %d;", {a}, "a field's type does not fit its conversion"},
-        {"update t set a = %d where idx = %d;", {wide}, "a field's type does not fit its conversion"},
-        {"update t set a = '%s' where idx = %d;", {a}, "a field's type does not fit its conversion"},
-        {"update t set a = %d where idx = %d;", {real}, "a field's type does not fit its conversion"},
-        {"update t set a = %f where idx = %d;", {a}, "a field's type does not fit its conversion"},
-        {"update t set a = '%f' where idx = %d;", {real}, "a field's type does not fit its conversion"},
-        {"update t set a = %d where idx = %f;", {a}, "a key column takes a bare %d or %u"},
-        {"update t set a = %d where idx = %d;", {text}, "a field's type does not fit its conversion"},
+        {"update t set a = %d where idx = %f;", {a}, kKey},
+        {"update t set a = %d where idx = '%d';", {a}, kKey},
+        {"update t set a = %llu where idx = %d;", {a}, kType},
+        {"update t set a = %d where idx = %d;", {wide}, kType},
+        {"update t set a = %d where idx = %d;", {text}, kType},
+        {"update t set a = '%s' where idx = %d;", {a}, kType},
+        {"update t set a = %d where idx = %d;", {real}, kType},
+        {"update t set a = %f where idx = %d;", {a}, kType},
+        {"update t set a = '%f' where idx = %d;", {real}, kType},
     };
     for (const auto& c : cases) {
         Slot slots[SqlText::kMaxSlots];
@@ -76,12 +69,14 @@ TEST(WrongEntries, StatementsAgainstTheirFields) {
 }
 
 TEST(WrongEntries, WordsOutOfTheirRange) {
-    Slot slots[SqlText::kMaxSlots];
-    EXPECT_EQ(sentence([] { spell<NoTwin>("[one|other", nullptr); }), "a bracket is not closed");
-    const std::string long_column = "select " + std::string(256, 'c') + " from t;";
-    EXPECT_EQ(sentence([&] { check_statement(SqlText(long_column), {}, {}, slots); }),
-              "a statement, a column's name or a literal is too long");
     constexpr const char* kBits = "bits of a field that is no number, or beyond its width";
+    const std::string long_column = "select " + std::string(256, 'c') + " from t;";
+    EXPECT_EQ(sentence([&] {
+                  Slot slots[SqlText::kMaxSlots];
+                  check_statement(SqlText(long_column), {}, {}, slots);
+              }),
+              "a statement, a column's name or a literal is too long");
+    EXPECT_EQ(sentence([] { spell<NoTwin>("[one|other", nullptr); }), "a bracket is not closed");
     EXPECT_EQ(sentence([] { (void)bits(number("a"), 28, 4); }), "");
     EXPECT_EQ(sentence([] { (void)bits(number("a"), 29, 4); }), kBits);
     EXPECT_EQ(sentence([] { (void)bits(number("a", Kind::text), 0, 1); }), kBits);
@@ -116,7 +111,6 @@ constexpr auto& kFillOther = PUTS(PUT("insert into other (idx, a) values(%d, 0);
 constexpr auto& kFillTwo = PUTS(PUT_FOR(1, 2, "insert into t (idx, a) values(%d, 0);"));
 constexpr auto& kFillTwice = PUTS(PUT("insert into t (idx, a) values(%d, 0);"),
                                   PUT_FOR(3, 3, "insert into t (idx, a) values(%d, 9);"));
-constexpr auto& kSelect = PUTS(PUT("select * from t;"));
 constexpr auto& kSelectOther = PUTS(PUT("select * from other;"));
 constexpr int kThird[] = {3};
 
@@ -132,6 +126,16 @@ Table ensure(void (*change)(Table&)) {
 }
 
 TEST(WrongEntries, WholeTables) {
+    constexpr const char* kDefaultRows =
+        "default rows belong to the strategies that make rows, and to no other";
+    constexpr const char* kUnnamed =
+        "a statement that is for several rows does not name the row by a key column";
+    constexpr const char* kSteps =
+        "steps stand in the order of their depths; its own are no deeper than the rows";
+    static constexpr KeyColumn kRow[] = {inner("idx")};
+    static constexpr Step kDeep[] = {itself(3)}, kTurned[] = {{"db_set_u", 2}, itself(1)},
+                          kOthers[] = {{"db_set_u", 1}};
+    static constexpr Schedule kUnknown[] = {{36, Schedule::Keyed::once, 0, true, 0, 448}};
     const struct {
         const char* told;
         void (*change)(Table&);
@@ -139,20 +143,13 @@ TEST(WrongEntries, WholeTables) {
         {"", [](Table&) {}},
         {"", [](Table& t) { t.save = kUpdateBoth; }},
         {"", [](Table& t) { t.save = kUpdateTwo, t.unused_rows = kThird; }},
-        {"", [](Table& t) { t.strategy = Strategy::replace, t.fill = {}, t.save = kReplaceRows; }},
-        {"",
-         [](Table& t) {
-             t.strategy = Strategy::read_only, t.set = {}, t.fill = {}, t.save = {}, t.load = kSelect;
-         }},
         {"a table's number is from 1 to 253, or 0 for none", [](Table& t) { t.number = 254; }},
         {"a table of the registry has a get function", [](Table& t) { t.get = {}; }},
         {"a table has a set function unless it is read only", [](Table& t) { t.set = {}; }},
         {"a table that is stored has a save statement", [](Table& t) { t.save = {}; }},
         {"a table without an owner has no _single function", [](Table& t) { t.single = "db_set_t_single"; }},
-        {"default rows belong to the strategies that make rows, and to no other",
-         [](Table& t) { t.fill = {}; }},
-        {"default rows belong to the strategies that make rows, and to no other",
-         [](Table& t) { t.strategy = Strategy::update_only; }},
+        {kDefaultRows, [](Table& t) { t.fill = {}; }},
+        {kDefaultRows, [](Table& t) { t.strategy = Strategy::update_only; }},
         {"a default row is made by an insert", [](Table& t) { t.fill = kReplaceRows; }},
         {"a default row is another table's", [](Table& t) { t.fill = kFillOther; }},
         {"each row has one default row", [](Table& t) { t.fill = kFillTwo; }},
@@ -160,12 +157,9 @@ TEST(WrongEntries, WholeTables) {
         {"a save statement stores another table", [](Table& t) { t.save = kUpdateOther; }},
         {"the save statements do not have the strategy's verb",
          [](Table& t) { t.strategy = Strategy::top_up, t.save = kReplaceRows; }},
-        {"a statement that is for several rows does not name the row by a key column",
-         [](Table& t) { t.save = kUpdateByNothing; }},
-        {"a statement that is for several rows does not name the row by a key column",
-         [](Table& t) { t.strategy = Strategy::replace, t.fill = {}, t.save = kReplaceByNothing; }},
-        {"a statement that is for several rows does not name the row by a key column",
-         [](Table& t) { t.layout.owner = Owner::channel, t.layout.level[0].count = 1; }},
+        {kUnnamed, [](Table& t) { t.save = kUpdateByNothing; }},
+        {kUnnamed, [](Table& t) { t.strategy = Strategy::replace, t.fill = {}, t.save = kReplaceByNothing; }},
+        {kUnnamed, [](Table& t) { t.layout.owner = Owner::channel, t.layout.level[0].count = 1; }},
         {"two statements store the same column of a row", [](Table& t) { t.save = kUpdateTwice; }},
         {"two statements store the same column of a row", [](Table& t) { t.save = kUpdateLate; }},
         {"no statement serves one of the rows; name it in .unused_rows when it holds nothing",
@@ -177,31 +171,12 @@ TEST(WrongEntries, WholeTables) {
          [](Table& t) { t.device_rows = DeviceCount::alarm_inputs; }},
         {"the column that tells how many groups a row holds is not stored", [](Table& t) { t.holds = "b"; }},
         {"rows are made within an index that no key column tells",
-         [](Table& t) {
-             static constexpr KeyColumn kRow[] = {inner("idx")};
-             t.keys = kRow, t.made_within = 1, t.layout.level[0].count = 2;
-         }},
+         [](Table& t) { t.keys = kRow, t.made_within = 1, t.layout.level[0].count = 2; }},
         {"a function takes more indexes than the table has levels", [](Table& t) { t.indexes = 3; }},
-        {"steps stand in the order of their depths; its own are no deeper than the rows",
-         [](Table& t) {
-             static constexpr Step kDeep[] = {itself(3)};
-             t.steps = kDeep;
-         }},
-        {"steps stand in the order of their depths; its own are no deeper than the rows",
-         [](Table& t) {
-             static constexpr Step kTurned[] = {{"db_set_u", 2}, itself(1)};
-             t.steps = kTurned;
-         }},
-        {"one step stores the table's own rows",
-         [](Table& t) {
-             static constexpr Step kOthers[] = {{"db_set_u", 1}};
-             t.steps = kOthers;
-         }},
-        {"a schedule's process type is from 1 to 35",
-         [](Table& t) {
-             static constexpr Schedule kUnknown[] = {{36, Schedule::Keyed::once, 0, true, 0, 448}};
-             t.schedules = kUnknown;
-         }},
+        {kSteps, [](Table& t) { t.steps = kDeep; }},
+        {kSteps, [](Table& t) { t.steps = kTurned; }},
+        {"one step stores the table's own rows", [](Table& t) { t.steps = kOthers; }},
+        {"a schedule's process type is from 1 to 35", [](Table& t) { t.schedules = kUnknown; }},
     };
     for (const auto& c : cases)
         EXPECT_EQ(sentence([&] { check_table(ensure(c.change)); }), c.told);
