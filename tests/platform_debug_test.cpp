@@ -101,21 +101,20 @@ TEST_F(PlatformDebug, ThresholdIsPerModule) {
 }
 
 TEST_F(PlatformDebug, LinesOfThreadsDoNotMix) {
+    const std::string text(500, 'x');
+    std::string expected;
     std::vector<std::thread> threads(4);
     testing::internal::CaptureStderr();
-    for (std::thread& thread : threads) {
-        thread = std::thread([] {
+    for (std::thread& thread : threads)
+        thread = std::thread([&] {
             for (int line = 0; line < 200; ++line)
-                dev_debug_v1(6, 1, "f", 1, "f", "%s", std::string(500, 'x').c_str());
+                dev_debug_v1(6, 1, "f", 1, "f", "%s", text.c_str());
         });
-    }
     for (std::thread& thread : threads)
         thread.join();
-    std::istringstream lines(testing::internal::GetCapturedStderr());
-    int count = 0;
-    for (std::string line; std::getline(lines, line); ++count)
-        ASSERT_EQ("[6][1][f:1 f] " + std::string(500, 'x'), line);
-    EXPECT_EQ(800, count);
+    for (int line = 0; line < 800; ++line)
+        expected += "[6][1][f:1 f] " + text + "\n";
+    EXPECT_TRUE(testing::internal::GetCapturedStderr() == expected);
 }
 
 TEST_F(PlatformDebug, RedirectionMovesOutputAndErrorAndBack) {
@@ -155,9 +154,7 @@ TEST_F(PlatformDebug, RedirectionRefusesBadTargets) {
     for (const std::string& path :
          {std::string(), std::string("relative"), folder_, file("none/x"), file("pipe")}) {
         slots[0] = slots[1] = -7;
-        EXPECT_EQ(-1, redirect(path, slots)) << path;
-        EXPECT_EQ(-1, slots[0]);
-        EXPECT_EQ(-1, slots[1]);
+        EXPECT_TRUE(redirect(path, slots) == -1 && slots[0] == -1 && slots[1] == -1) << path;
     }
     EXPECT_EQ(-1, rdirection_output_cancle(&slots[0], &slots[1]));
 }
@@ -170,16 +167,16 @@ TEST_F(PlatformDebug, PathsAndKeysFollowTheRoot) {
         EXPECT_EQ("/var/run/ipc", device_socket_dir());
         EXPECT_EQ(kKeys[0], device_ipc_key(kKeys[0]));
     }
-    setenv("DEVICE_ROOT", "/foobar-device", 1);  // as docs/protocol.md derives the keys
-    EXPECT_EQ(0x4159AFC5, device_ipc_key(kKeys[0]));
-    EXPECT_EQ(0x4159AFC0, device_ipc_key(kKeys[1]));
-    EXPECT_EQ(0x4159AFC1, device_ipc_key(kKeys[2]));
+    const auto keys = [&](const std::string& root) {
+        setenv("DEVICE_ROOT", root.c_str(), 1);
+        return std::vector<key_t>{device_ipc_key(kKeys[0]), device_ipc_key(kKeys[1]),
+                                  device_ipc_key(kKeys[2])};
+    };
+    // As docs/protocol.md derives the keys.
+    EXPECT_EQ(keys("/foobar-device"), (std::vector<key_t>{0x4159AFC5, 0x4159AFC0, 0x4159AFC1}));
 
     const std::string root = file("root");
-    setenv("DEVICE_ROOT", root.c_str(), 1);
-    std::vector<key_t> expected;
-    for (const key_t key : kKeys)
-        expected.push_back(device_ipc_key(key));  // the folder is not there yet
+    const std::vector<key_t> expected = keys(root);  // the folder is not there yet
     EXPECT_TRUE(device_prepare_root());
     for (const char* folder : {"/devinfo", "/velmora", "/var/run/ipc"})
         EXPECT_TRUE(fs::is_directory(root + folder)) << folder;
@@ -189,14 +186,11 @@ TEST_F(PlatformDebug, PathsAndKeysFollowTheRoot) {
     const std::string relative = fs::relative(root);
     for (const std::string& spelling :
          {root + "/", root + "//", file("./root"), file("link"), file("link/"), relative}) {
-        setenv("DEVICE_ROOT", spelling.c_str(), 1);
-        for (size_t key = 0; key < std::size(kKeys); ++key)
-            EXPECT_EQ(expected[key], device_ipc_key(kKeys[key])) << spelling;
+        EXPECT_EQ(expected, keys(spelling)) << spelling;
         EXPECT_EQ('/', device_path("/x")[0]);
         EXPECT_TRUE(fs::equivalent(root + "/devinfo", device_path("/devinfo"))) << spelling;
     }
-    setenv("DEVICE_ROOT", file("other").c_str(), 1);
-    EXPECT_NE(expected[0], device_ipc_key(kKeys[0]));
+    EXPECT_NE(expected, keys(file("other")));
     std::ofstream(file("plain")) << "x";
     setenv("DEVICE_ROOT", file("plain").c_str(), 1);
     EXPECT_FALSE(device_prepare_root());
