@@ -362,8 +362,10 @@ TEST_F(Catalogue, RowsAreCompletedBeforeTheyAreUpdated) {
          "1|0;2|5"},
         {"wep_encrypt_info(key_index) values(1),(2)", "*", "0|0|0|0"},
         {"dev_info(dev_id) values(1),(2)", "dev_id, dev_name", "0|"},
-        {"roi_conf_table(chan_idx, streamidx, type, type_idx, name) values(1,1,1,2,'old'),(1,1,2,7,'f'),(2,1,1,1,'other')",
-         "chan_idx * 10 + type, count(*), count(distinct streamidx * 100 + type_idx), group_concat(name, '') group by 1",
+        {"roi_conf_table(chan_idx, streamidx, type, type_idx, name) "
+         "values(1,1,1,2,'old'),(1,1,2,7,'f'),(2,1,1,1,'other')",
+         "chan_idx * 10 + type, count(*), count(distinct streamidx * 100 + type_idx), group_concat(name, '') "
+         "group by 1",
          "11|64|64|;12|8|8|f;13|8|8|;14|64|64|;21|1|1|other"},
         {"line_detect_table(idx, chan_no, line_no, proc_type) values(1,1,1,9),(9,2,1,9)",
          "chan_no, count(*), max(proc_type), sum(idx = line_no) group by 1", "1|8|1|8;2|1|9|0"},
