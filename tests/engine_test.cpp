@@ -201,6 +201,15 @@ TEST_F(Engine, NoSecureUserIsLostOrTurnedIntoAnother) {
     EXPECT_EQ(std::memcmp(users, full->users.sec_user, sizeof users), 0);
 }
 
+TEST_F(Engine, AdministratorWhoHadNoNameIsARowFromTheNextSaveOn) {
+    std::strcpy(r_.users.sec_user[3].username, "carol");
+    for (const char* users : {"1", "2"}) {
+        EXPECT_EQ(run("db_set_sec_user_info"), 0);
+        EXPECT_STREQ(r_.users.sec_user[0].username, "admin");
+        EXPECT_EQ(query("select user_num from sec_user_mana_info where idx = 1"), users);
+    }
+}
+
 // ------------------------------------------------------------------------------------- results
 
 TEST_F(Engine, ResultsThatTellTheirCause) {
