@@ -29,6 +29,7 @@ constexpr Meaning kMeanings[] = {
     {"]rotten", "rows have changed with nobody writing, and no backup could mend them"},
     {"Main Db is broken", "the start found the main database broken, and looked at the backup"},
     {"db_restore failed", "the backup could not stand in for the main database"},
+    {"]restored", "what the backup could not do at the start it did at a later request"},
     {"Db version is ", "the database had no usable version and was made anew from the record"},
     {"Db patch[", "the upgrade stopped at the version in the second bracket; the database was made anew"},
     {"db_reconstruct.Open ", "the new database could not take the old one's place, which stays"},
