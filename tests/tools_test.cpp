@@ -355,7 +355,7 @@ TEST_F(System, AnswersByExitStatusAndOutput) {
     EXPECT_EQ(waitpid(service_, nullptr, WUNTRACED), service_);  // it has stopped
     expect({{"call EN_GET_CURRENT_DB_VERSION --timeout 50", 6, ""}});
     end(service_, SIGKILL);
-    expect({{"call EN_GET_CURRENT_DB_VERSION", 5, ""}});
+    expect({{"call EN_GET_CURRENT_DB_VERSION", 5, ""}, {"status --wait 0.01", 6}});
 }
 
 TEST_F(System, HealsItselfAndTellsSo) {

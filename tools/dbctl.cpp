@@ -43,7 +43,7 @@ int fail(const std::exception& error, ExitStatus status) {
 int run(int argc, char** argv) {
     int exit_status = kOk;
     CLI::App app(kDescription, "dbctl");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);  // a wrong one is named; none is told below
     add_service_commands(app, exit_status);
     add_record_commands(app);
     add_log_command(app);
@@ -51,6 +51,8 @@ int run(int argc, char** argv) {
     app.footer(kFooter);  // not the commands'
     try {
         app.parse(argc, argv);
+        if (app.get_subcommands().empty())
+            throw CLI::RequiredError::Subcommand(1);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kOk : kUsage;
     }

@@ -176,9 +176,10 @@ Json key_json(key_t fixed) {
     return static_cast<uint32_t>(device_ipc_key(fixed));
 }
 
+// The record is loaded, and the service lives: the semaphore outlives it.
 bool is_ready() {
     const auto semaphore = Semaphore::find(kLoadedKey);
-    return semaphore && semaphore->value() == 1;
+    return semaphore && semaphore->value() == 1 && service_number(EN_GET_CURRENT_DB_VERSION);
 }
 
 Json system_status() {
