@@ -225,11 +225,10 @@ std::optional<uint32_t> change_counter(db_handle db) {
 bool commit_once_more(db_handle db, uint32_t counter) {
     if (db_execsql(db, "BEGIN immediate;") != 0)
         return false;
-    const auto header = header_of_file(db);  // a journal that was left has been played back by now
-    return header && header->counter == counter &&
-           store_seal(db, header->digest,
-                      header->is_sealed() ? header->counter + 1 : header->digest_counter) == 0 &&
-           db_execsql(db, "COMMIT;") == 0;
+    // A journal that was left has been played back by now, and another program's commit has no seal.
+    const auto header = header_of_file(db);
+    return header && header->counter == counter && header->digest_counter == counter &&
+           store_seal(db, header->digest, counter + 1) == 0 && db_execsql(db, "COMMIT;") == 0;
 }
 
 // ------------------------------------------------------------------------------------- what files are

@@ -32,8 +32,8 @@ void seal_loses_count();
 
 // The header's count of commits; empty where it cannot be read.
 [[nodiscard]] std::optional<uint32_t> change_counter(db_handle db);
-// A commit that changes nothing but the header, where the counter is as told.  False: it is not, or it failed, and the
-// transaction may be open.
+// A commit that changes nothing but the header, where this process's last one left the counter as told.  False: it did not,
+// or the commit failed, and the transaction may be open.
 [[nodiscard]] bool commit_once_more(db_handle db, uint32_t counter);
 
 // ------------------------------------------------------------------------------------- what files are
