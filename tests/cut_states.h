@@ -5,6 +5,7 @@
 #ifndef TESTS_CUT_STATES_H
 #define TESTS_CUT_STATES_H
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <fstream>

@@ -457,7 +457,7 @@ class FaultSweep : public StoredDevice {
         sql("update chn_info set name = 'gate';");
         close_database();
         EXPECT_TRUE(seal_file(kMain));
-        const Files made = {{kMain, content(kMain)}, {kBackup, backup}};
+        Files made = {{kMain, content(kMain)}, {kBackup, backup}};
         put({});
         return made;
     }

@@ -121,9 +121,11 @@ class ServiceProcess {
                      "' --gtest_filter=*ServiceProcessBody --gtest_also_run_disabled_tests --gtest_brief=1")
                         .c_str(),
                     "re")) {
+        const std::string greeting = "serving as ";
         char line[256];
         while (id_ < 0 && fgets(line, sizeof line, output_) != nullptr)
-            std::sscanf(line, "serving as %d", &id_);
+            if (std::string(line).starts_with(greeting))
+                id_ = std::stoi(line + greeting.size());
         EXPECT_GT(id_, 0);
     }
     ~ServiceProcess() {

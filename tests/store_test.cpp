@@ -59,8 +59,8 @@ TEST_F(Store, FilesAreComparedBySizeAndBlockSums) {
         EXPECT_EQ(check_file_equal(one.c_str(), two.c_str()), c.equal) << c.first << " " << c.second;
         EXPECT_EQ(check_file_not_empty(one.c_str()), c.first.empty() ? -1 : 0);
     }
-    for (const auto& [file1, file2] : {std::pair{one.c_str(), none.c_str()}, {none.c_str(), one.c_str()}})
-        EXPECT_THAT(logged([&] { EXPECT_EQ(check_file_equal(file1, file2), 0); }),
+    for (const auto& files : {std::pair{one.c_str(), none.c_str()}, {none.c_str(), one.c_str()}})
+        EXPECT_THAT(logged([&] { EXPECT_EQ(check_file_equal(files.first, files.second), 0); }),
                     HasSubstr("can not open file " + none));
     EXPECT_EQ(check_file_equal(nullptr, one.c_str()), 0);
     EXPECT_EQ(check_file_equal(one.c_str(), nullptr), 0);

@@ -1,9 +1,6 @@
 // The tools: field access to the record over the whole catalogue, and dbctl against a running system.
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/sem.h>
-#include <sys/shm.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "programs.h"
 #include "record_access.h"
 
 #include "catalogue.h"
@@ -216,7 +214,7 @@ class System : public testing::Test {
         root_ = mkdtemp(pattern.data());
         setenv("DEVICE_ROOT", root_.c_str(), 1);
     }
-    ~System() override {
+    void TearDown() override {
         stop_system();
         unsetenv("DEVICE_ROOT");
         std::filesystem::remove_all(root_);
@@ -224,36 +222,17 @@ class System : public testing::Test {
 
     // Ends the programs and removes what they share, so that a new start waits for new defaults.
     void stop_system() {
-        end(service_, SIGKILL);
-        end(velmora_);
-        const Json status = Json::parse(dbctl("status --json").output);
-        if (const Json& id = status["segment_id"]; !id.is_null())
-            shmctl(id, IPC_RMID, nullptr);
-        for (const Json& id : status["semaphore_ids"])
-            if (!id.is_null())
-                semctl(id, 0, IPC_RMID);
+        end_program(service_, SIGKILL);
+        end_program(velmora_, SIGTERM);
+        remove_shared_objects();
     }
 
     // A program in the background, with its output in a file of its name.
-    pid_t start(const std::string& program, const std::string& arguments = "") const {
-        std::string shell = "/bin/sh", option = "-c", command = "exec '" BIN_DIR "/";
-        command += program + "' " + arguments + " >>'" + root_ + "/" + program + ".log' 2>&1";
-        char* argv[] = {shell.data(), option.data(), command.data(), nullptr};
-        pid_t pid = 0;
-        EXPECT_EQ(posix_spawn(&pid, shell.c_str(), nullptr, nullptr, argv, environ), 0) << program;
-        return pid;
+    pid_t start(const std::string& program, std::vector<std::string> arguments = {}) const {
+        return start_program(program, std::move(arguments), {}, root_ + "/" + program + ".log");
     }
 
-    static void end(pid_t& pid, int signal = SIGTERM) {
-        if (pid <= 0)
-            return;
-        kill(pid, SIGCONT);
-        kill(pid, signal);
-        waitpid(pid, nullptr, 0);
-        pid = 0;
-    }
-
-    void start_system(const std::string& arguments = "") {
+    void start_system(const std::vector<std::string>& arguments = {}) {
         velmora_ = start("velmora", arguments);
         service_ = start("database_process");
         ASSERT_EQ(dbctl("status --wait 120").status, 0);
@@ -354,7 +333,7 @@ TEST_F(System, AnswersByExitStatusAndOutput) {
     kill(service_, SIGSTOP);
     EXPECT_EQ(waitpid(service_, nullptr, WUNTRACED), service_);  // it has stopped
     expect({{"call EN_GET_CURRENT_DB_VERSION --timeout 50", 6, ""}});
-    end(service_, SIGKILL);
+    end_program(service_, SIGKILL);
     expect({{"call EN_GET_CURRENT_DB_VERSION", 5, ""}, {"status --wait 0.01", 6}});
 }
 
@@ -403,13 +382,13 @@ TEST_F(System, SecondMainApplicationLeavesTheRecordAlone) {
     int status = 0;
     waitpid(start("velmora"), &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1);
-    waitpid(start("velmora", "--capability 1:2"), &status, 0);
+    waitpid(start("velmora", {"--capability", "1:2"}), &status, 0);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 2);
     expect({{"get chn_info.name", 0, "kept\n"}, {"status --wait 10", 0}});
 }
 
 TEST_F(System, StartWaitsOnceForASilentMainApplication) {
-    start_system("--silent");
+    start_system({"--silent"});
     std::ifstream file(root_ + "/database_process.log");
     const std::string log{std::istreambuf_iterator<char>(file), {}}, failure = "ipc_unix_call_service failed";
     EXPECT_NE(log.find("get capa chan_num failed..."), std::string::npos);

@@ -12,7 +12,7 @@ template <class Attempt>
 // True when two looks say so.
 template <class Look>
 [[nodiscard]] bool is_so(Look look) {
-    return look() && look();
+    return !at_the_second_try([&] { return !look(); });
 }
 
 #endif
