@@ -5,6 +5,7 @@
 
 #include "log.h"
 #include "seal.h"
+#include "second_try.h"
 #include "store.h"
 
 namespace {
@@ -46,13 +47,20 @@ int db_begin() {
 }
 
 int db_begin_to_load() {
-    int rc = begin(get_db_handle(), "BEGIN;");
-    // A BEGIN alone takes no lock.
-    if (rc == 0 && db_execsql(get_db_handle(), "select 1 from sqlite_master limit 1;") == SQLITE_BUSY) {
-        db_rollback();
-        rc = SQLITE_BUSY;
-    }
-    if (rc != 0)
+    int rc = 0;
+    const auto attempt = [&rc] {
+        rc = begin(get_db_handle(), "BEGIN;");
+        if (rc != 0)
+            return true;
+        // A BEGIN alone takes no lock.  What cannot be read matters to the table that is loaded, unless it ended the transaction.
+        rc = db_execsql(get_db_handle(), "select 1 from sqlite_master limit 1;");
+        if (rc == SQLITE_BUSY)
+            db_rollback();
+        else if (!db_transaction_lost())
+            rc = 0;
+        return rc == 0 || rc == SQLITE_BUSY;
+    };
+    if (!at_the_second_try(attempt) || rc != 0)
         DB_LOG_AS(kError, "db_begin", "BEGIN err\n");
     return rc;
 }
