@@ -94,7 +94,8 @@ void db_rollback() {
 int db_commit() {
     db_handle db = get_db_handle();
     int rc = spoilt ? SQLITE_ABORT : seal_transaction();
-    const auto counter = change_counter(db);
+    const bool writes = db != nullptr && sqlite3_txn_state(db, "main") == SQLITE_TXN_WRITE;
+    const auto counter = writes ? change_counter(db) : std::nullopt;
     if (rc == 0)
         rc = db_execsql(db, "COMMIT;");
     // It stands, and only the sync of the journal's end failed: a power cut could undo what cannot be undone any more.
