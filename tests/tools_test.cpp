@@ -282,6 +282,9 @@ TEST_F(System, AnswersByExitStatusAndOutput) {
         {"call EN_GET_CURRENT_DB_VERSION", 5, ""},
         {"log", 0},
     });
+    setenv("DEVICE_ROOT", (root_ + "/mistyped").c_str(), 1);
+    expect({{"log", 5, ""}, {"status", 5, ""}, {"log --help", 0}});
+    setenv("DEVICE_ROOT", root_.c_str(), 1);
     const Ran down = dbctl("status --json");
     EXPECT_EQ(down.status, 0);
     EXPECT_EQ(Json::parse(down.output)["segment_id"], nullptr);

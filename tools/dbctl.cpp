@@ -1,9 +1,11 @@
 // The command line of the configuration database: requests to the service, and the values of the shared record.
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <filesystem>
 
 #include "dbctl_commands.h"
 #include "dbctl_output.h"
+#include "device_paths.h"
 #include "shared_objects.h"
 
 namespace {
@@ -40,6 +42,13 @@ int fail(const std::exception& error, ExitStatus status) {
     return status;
 }
 
+// A mistyped root would look like a device without a database.
+void expect_root() {
+    const std::string root = device_path("/");
+    if (!std::filesystem::is_directory(root))
+        throw Failure(kUnreachable, "there is no folder " + root + " (DEVICE_ROOT)");
+}
+
 int run(int argc, char** argv) {
     int exit_status = kOk;
     CLI::App app(kDescription, "dbctl");
@@ -49,6 +58,7 @@ int run(int argc, char** argv) {
     add_log_command(app);
     add_health_command(app, exit_status);
     app.footer(kFooter);  // not the commands'
+    app.parse_complete_callback(expect_root);
     try {
         app.parse(argc, argv);
         if (app.get_subcommands().empty())
