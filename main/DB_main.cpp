@@ -98,11 +98,11 @@ int semaphore_wait(int id) {
 }
 
 int main() try {
-    mallopt(M_MMAP_THRESHOLD, 128 * 1024);     // what is larger goes back to the system when it is freed
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);  // a killed process leaves what it has said
-    std::puts("\nEnter DB_main-------------------");
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);  // what is larger goes back to the system when it is freed
     for (const int ignored : {SIGPIPE, SIGTTIN, SIGTTOU, SIGXFSZ})  // writes tell their errors
         signal(ignored, SIG_IGN);
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);  // a killed process leaves what it has said
+    std::puts("\nEnter DB_main-------------------");
     init_debug_task(0, 0);
     prepare_encryption();
     if (!device_prepare_root()) {
