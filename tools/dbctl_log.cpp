@@ -36,6 +36,8 @@ TextTable operation_log(bool explained) {
     const std::string path = device_path(kOperationLogFile);
     TextTable table(explained ? std::vector<std::string>{"time", "message", "meaning"}
                               : std::vector<std::string>{"time", "message"});
+    if (std::filesystem::exists(path) && !std::filesystem::is_regular_file(path))
+        throw Failure(kNegativeReply, path + " is no file");  // reading a pipe would have no end
     std::ifstream file(path, std::ios::binary);
     if (file) {
         const std::string content{std::istreambuf_iterator<char>(file), {}};
