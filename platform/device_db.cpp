@@ -22,15 +22,14 @@ struct finalize_statement {
 using connection = std::unique_ptr<sqlite3, close_connection>;
 using statement = std::unique_ptr<sqlite3_stmt, finalize_statement>;
 
-// Null when the file cannot be opened so.
-connection open_file(const char* path, int flags) {
+// A result code.  SQLite reads the file's header.
+int open_file(const char* path, int flags, connection& opened) {
     sqlite3* db = nullptr;
     const int result = sqlite3_open_v2(path, &db, flags | SQLITE_OPEN_NOMUTEX, nullptr);
-    connection opened(db);
-    if (result != SQLITE_OK)
-        return nullptr;
-    sqlite3_busy_timeout(db, 0);
-    return opened;
+    opened.reset(db);
+    if (result == SQLITE_OK)
+        sqlite3_busy_timeout(db, 0);
+    return result;
 }
 
 // Prepares the one statement that `sql` consists of.
@@ -58,7 +57,9 @@ int prepare(sqlite3* db, const char* sql, statement& prepared) {
 db_handle db_connect(int, const char* path, int, int) {
     if (path == nullptr || *path == '\0')
         return nullptr;
-    return open_file(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE).release();
+    connection opened;
+    const int result = open_file(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, opened);
+    return result == SQLITE_OK ? opened.release() : nullptr;
 }
 
 void db_disconnect(db_handle db) {
@@ -191,9 +192,11 @@ int db_query_close(db_query* query) {
 
 namespace {
 
-// What a failed examination says about the database: SQLite's code when it says nothing, else -1.
-int verdict(int result) {
+// What a failed examination says about the database: SQLite's code when it says nothing, else negative.
+int verdict(sqlite3* db, int result) {
     switch (result) {
+        case SQLITE_IOERR:
+            return sqlite3_extended_errcode(db) == SQLITE_IOERR_NOMEM ? SQLITE_NOMEM : kCannotBeRead;
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
         case SQLITE_NOMEM:
@@ -214,7 +217,7 @@ int check_active_db_integrity(db_handle db) {
     if (result == SQLITE_OK)
         result = sqlite3_step(check.get());
     if (result != SQLITE_ROW)
-        return verdict(result);
+        return verdict(db, result);
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(check.get(), 0));
     return text != nullptr && std::strcmp(text, "ok") == 0 ? 0 : -1;
 }
@@ -226,8 +229,9 @@ int check_inactive_db_integrity(const char* path) {
     // Only a writer can roll an interrupted transaction back.
     int result = SQLITE_OK;
     for (const int mode : {SQLITE_OPEN_READONLY, SQLITE_OPEN_READWRITE}) {
-        const connection db = open_file(path, mode);
-        result = db ? check_active_db_integrity(db.get()) : SQLITE_CANTOPEN;
+        connection db;
+        result = open_file(path, mode, db);
+        result = result == SQLITE_OK ? check_active_db_integrity(db.get()) : verdict(db.get(), result);
         if (result != SQLITE_READONLY)
             break;
     }

@@ -74,9 +74,12 @@ int db_query_close(db_query* query);
 // `db` is null, a positive result code when it could not be examined now (busy, out of memory).
 int check_active_db_integrity(db_handle db);
 
-// The same of the database file at `path`, opened for reading. Negative also when there is no such file, it
-// cannot be read or is no database; the file is never created. An empty file is an empty database. An
-// interrupted transaction that a crash left behind is rolled back first, as any opening of the file would.
+constexpr int kCannotBeRead = -2;
+
+// The same of the database file at `path`, opened for reading. Negative also when there is no such file or it is no
+// database; kCannotBeRead when reading fails, which tells nothing about what is in it. The file is never created. An
+// empty file is an empty database. An interrupted transaction that a crash left behind is rolled back first, as any
+// opening of the file would.
 int check_inactive_db_integrity(const char* path);
 
 #endif

@@ -86,7 +86,15 @@ TEST_F(Reset, FailureLeavesTheOldDatabase) {
             EXPECT_EQ(content(main_), before);
             EXPECT_EQ(std::filesystem::exists(backup_), c.backup_stays);
         }
+        // One that was open is served on.
+        set_db_handle(db_open(get_db_path()));
+        EXPECT_EQ(call(EN_RESET_ALL_FACTORY_PARA).value, -1);
         std::filesystem::remove_all(blocked);
+        EXPECT_EQ(call(EN_GET_ONE_TABLE_RECORD, for_tables({3})), kStored);
+        EXPECT_FALSE(closing_flag);
+        EXPECT_EQ(query("select name from chn_info"), "gate");
+        close_database();
+        write_file(main_, before);
         write_file(backup_, before);
     }
     EXPECT_EQ(set_system_default_param(kResetAll), 0);

@@ -358,6 +358,30 @@ TEST_F(Start, LosesNothingOfALockedDatabase) {
     EXPECT_EQ(name(), "gate");
 }
 
+// For ten seconds: what is out of reach for good is restored.
+TEST_F(Start, WaitsForADatabaseThatCannotBeReached) {
+    const std::string newer = database("newer", kCurrentVersion), older = database("older", kCurrentVersion);
+    for (const int seconds : {3, 99}) {
+        SCOPED_TRACE(seconds);
+        close_database();
+        for (const std::string& file : {main_, path("db_op_info.log")})
+            std::filesystem::remove(file);
+        std::filesystem::create_symlink(main_, main_);
+        write_file(backup_, older);
+        pauses = 0;
+        on_pause = [&] {
+            if (pauses != seconds)
+                return;
+            std::filesystem::remove(main_);
+            write_file(main_, newer);
+        };
+        EXPECT_EQ(start(), 0);
+        EXPECT_EQ(name(), seconds == 3 ? "newer" : "older");
+        EXPECT_EQ(pauses, seconds == 3 ? 3 : 10);
+        EXPECT_EQ(operation_log().empty(), seconds == 3);
+    }
+}
+
 // The lock comes when the start has found none and the files have been examined.
 TEST_F(Start, LockedLoadIsFollowedByNoStore) {
     for (const int version : {0, packed(1000), packed(1168), kCurrentVersion}) {

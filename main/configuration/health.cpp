@@ -5,6 +5,7 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -17,7 +18,6 @@
 #include "log.h"
 #include "operation_log.h"
 #include "seal.h"
-#include "second_try.h"
 #include "store.h"
 #include "unique_fd.h"
 #include "well_known.h"
@@ -113,45 +113,89 @@ bool repair(const char* path) {
            has_all_tables(next.path(), path) && next.take_place();
 }
 
-// ------------------------------------------------------------------------------------- key rows
+// ------------------------------------------------------------------------------------- looks
 
-// What cannot be counted now, for another process's lock or for want of memory, is not missing.
-bool has_rows(db_handle db, const char* table) {
-    db_cursor cursor;
-    const std::string count = std::string("select count(*) from ") + table + ";";
-    const int rc = db_query_open_v2(db, count.c_str(), &cursor);
-    return rc == SQLITE_BUSY || rc == SQLITE_LOCKED || rc == SQLITE_NOMEM ||
-           (rc == SQLITE_OK && db_query_table_rows(&cursor) > 0);
+enum class Look { good, wrong, unreadable };
+
+int patience = 0;  // seconds
+
+// A fault of the moment must not look like damage, for which the backup would bring older values: two looks must say so,
+// and what cannot be read is looked at for as long as the patience lasts.
+template <class Attempt>
+bool is_wrong(Attempt look) {
+    for (int wrong = 0; wrong < 2;) {
+        const Look found = look();
+        if (found == Look::good)
+            return false;
+        if (found == Look::unreadable && patience > 0) {
+            --patience;
+            sleep(1);
+        } else {
+            ++wrong;
+        }
+    }
+    return true;
 }
 
-bool has_key_rows(const char* path) {
+Look look_at_file(int result, const char* path) {
+    return result == 0 ? Look::good : is_out_of_reach(path) ? Look::unreadable : Look::wrong;
+}
+
+Look look_at_pages(const char* path) {
+    const int result = check_inactive_db_integrity(path);
+    return result >= 0 ? Look::good : result == kCannotBeRead ? Look::unreadable : Look::wrong;
+}
+
+// What cannot be counted now, for another process's lock or for want of memory, is not missing.
+Look look_at_rows(db_handle db, const char* table) {
+    db_cursor cursor;
+    const int rc =
+        db_query_open_v2(db, ("select count(*) from " + std::string(table) + ";").c_str(), &cursor);
+    switch (rc) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+        case SQLITE_NOMEM:
+            return Look::good;
+        case SQLITE_IOERR:
+            return Look::unreadable;
+        default:
+            return rc == SQLITE_OK && db_query_table_rows(&cursor) > 0 ? Look::good : Look::wrong;
+    }
+}
+
+// Of a file whose pages are good: one that cannot be opened now has them still.
+Look look_at_key_rows(const char* path) {
     const OwnDatabase db(db_open(path));
     if (!db) {
         std::puts("db open failed!");
-        return false;
+        return Look::good;
     }
-    bool all = true;
+    Look all = Look::good;
     for (const char* table : kKeyTables)
-        all = has_rows(db.get(), table) && all;
+        all = std::max(all, look_at_rows(db.get(), table));
     return all;
 }
 
-// The code of the first thing that is wrong; 0.  What is gone at the second look is not: the backup would bring older values.
+// The code of the first thing that is wrong; 0.
 int examine(const char* path) {
-    if (is_so([&] { return check_file_exist(path) != 0; }))
+    if (is_wrong([&] { return look_at_file(check_file_exist(path), path); }))
         return kFileMissing;
-    if (is_so([&] { return check_file_not_empty(path) != 0; }))
+    if (is_wrong([&] { return look_at_file(check_file_not_empty(path), path); }))
         return kFileEmpty;
-    if (is_so([&] { return check_inactive_db_integrity(path) < 0; }) && !repair(path))
+    if (is_wrong([&] { return look_at_pages(path); }) && !repair(path))
         return kUnrepairable;
-    return is_so([&] { return !has_key_rows(path); }) ? kKeyRowsMissing : 0;
+    return is_wrong([&] { return look_at_key_rows(path); }) ? kKeyRowsMissing : 0;
 }
 
 }  // namespace
 
+void set_patience(int seconds) {
+    patience = seconds;
+}
+
 bool is_healthy(const char* path) {
     return check_file_exist(path) == 0 && check_file_not_empty(path) == 0 &&
-           check_inactive_db_integrity(path) >= 0 && has_key_rows(path);
+           look_at_pages(path) == Look::good && look_at_key_rows(path) == Look::good;
 }
 
 bool is_out_of_reach(const char* path) {

@@ -18,6 +18,10 @@ enum HealthCode : int {
 // place when the dump is whole and every table has arrived, otherwise it stays as it is.
 [[nodiscard]] int db_isok(const char* path, int* code);
 
+// How long a file that cannot be read, or not be opened, is looked at again before that counts as damage: so many seconds
+// in all, once a second.  None until this is called: a request has no time for it.
+void set_patience(int seconds);
+
 // The same without repair, and without a word in a log.
 [[nodiscard]] bool is_healthy(const char* path);
 

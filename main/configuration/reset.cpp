@@ -15,6 +15,7 @@
 #include "engine.h"
 #include "files.h"
 #include "log.h"
+#include "start.h"
 #include "state.h"
 #include "store.h"
 #include "work.h"
@@ -82,6 +83,30 @@ int save_tables(const std::vector<Kept>& kept) {
     return result;
 }
 
+// The database is closed while its successor is made; one that was open is opened again where that fails.
+class Closed {
+  public:
+    Closed() : was_open_(get_db_handle() != nullptr) {
+        db_handle db = get_db_handle();
+        if (!was_open_)
+            DB_LOG_AS(kError, "set_system_default_param", "database is already closed...\n");
+        db_close(&db);
+    }
+    ~Closed() {
+        // A successor that has moved is the database, if perhaps not for good.
+        if (was_open_)
+            open_again(successor_ != nullptr && check_file_exist(successor_) != 0);
+    }
+    Closed(const Closed&) = delete;
+    Closed& operator=(const Closed&) = delete;
+    void may_be_replaced_by(const char* successor) { successor_ = successor; }
+    void for_good() { was_open_ = false; }
+
+  private:
+    bool was_open_;
+    const char* successor_ = nullptr;
+};
+
 // The database of what is kept, complete and on the storage.
 bool make(const char* path, int mode) {
     const std::vector<Kept> kept = kept_in(mode);
@@ -113,15 +138,16 @@ bool remove_for_good(const char* path) {
 int set_system_default_param(int mode) {
     std::printf("set_system_default_param....%d...\n", mode);
     const DeviceQueries queries;
-    closing_flag = true;
-    db_handle db = get_db_handle();
-    if (db == nullptr)
-        DB_LOG(kError, "database is already closed...\n");
-    db_close(&db);
-    // A backup that outlived the old database would undo the reset at the next start; so it goes first.
     NewFile next(get_db_path());
-    if (!make(next.path(), mode) || !remove_for_good(get_db_backup_path()) || !next.take_place())
+    Closed closed;
+    if (!make(next.path(), mode))
         return -1;
+    closed.may_be_replaced_by(next.path());
+    // A backup that outlived the old database would undo the reset at the next start; so it goes first.
+    if (!remove_for_good(get_db_backup_path()) || !next.take_place())
+        return -1;
+    closed.for_good();
+    closing_flag = true;
     std::puts("set_system_default_param.....success...");
     return 0;
 }

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <exception>
 #include <optional>
 #include <string>
 #include <utility>
@@ -37,6 +38,7 @@ namespace {
 
 constexpr const char* kSourceFile = "main/dbutil.c";
 constexpr int kLockAttempts = 6;
+constexpr int kPatience = 10;  // seconds
 
 // What a start could not do and the next request tries again.
 enum class Pending {
@@ -360,13 +362,24 @@ int init_database() {
     init_tables_fun();
     int result = -1;
     pending = Pending::nothing;
+    set_patience(kPatience);
     if (closing_flag)
         DB_LOG(kInfo, "the database was closed before it was opened\n");
     else
         result = start(kLockAttempts);
+    set_patience(0);
     remove_old_files();
     database_started = true;
     return result;
+}
+
+void open_again(bool is_new) noexcept try {
+    if (!is_new)
+        set_db_handle(db_open(get_db_path()));
+    if (get_db_handle() == nullptr)
+        pending = Pending::start;
+} catch (const std::exception&) {  // for want of memory
+    pending = Pending::start;
 }
 
 bool was_load_pending() {

@@ -14,6 +14,10 @@
 // now; the next call tells whether that went well.
 [[nodiscard]] bool was_load_pending();
 
+// Opens the database that a request closed and could not replace. Where that fails, and for a `is_new` one, which holds
+// only a part of the tables, the next request starts with it.
+void open_again(bool is_new) noexcept;
+
 // How a database goes on by the version that is stored in it, loading the record or making the database from the record.
 // 0 when that was done.
 [[nodiscard]] int db_getdata_byversion(int version);

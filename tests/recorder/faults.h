@@ -19,7 +19,7 @@ struct Faults {
     Operation kind;
     uint64_t number;  // the failing one, from 1; 0: none
     int error;        // errno
-    bool lasting;     // all those after it fail, too
+    uint64_t length;  // so many from there on fail
     bool swallowed;   // it is not done, and says that it was
     std::atomic<uint64_t> seen[kOperations];
     std::atomic<uint64_t> failed;

@@ -172,7 +172,7 @@ bool meets_fault(Operation operation) {
     if (faults->paths != nullptr)
         note_path(operation, number);
     if (operation != faults->kind || faults->number == 0 || number < faults->number ||
-        (number > faults->number && !faults->lasting))
+        number - faults->number >= faults->length)
         return false;
     if (faults->failed++ == 0) {
         ++hooked;
