@@ -9,6 +9,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -209,6 +210,21 @@ int verdict(sqlite3* db, int result) {
     }
 }
 
+// What the check found.  A page that it could not get is no damage yet; for most it tells the result code.
+int finding(std::string_view text) {
+    constexpr std::string_view kCode = "unable to get the page. error code=";
+    if (text.find("failed to get page") != std::string_view::npos)
+        return kCannotBeRead;
+    const auto at = text.find(kCode);
+    if (at == std::string_view::npos)
+        return -1;
+    int code = 0;
+    std::from_chars(text.data() + at + kCode.size(), text.data() + text.size(), code);
+    if (code == SQLITE_NOMEM || code == SQLITE_IOERR_NOMEM)
+        return SQLITE_NOMEM;
+    return (code & 0xff) == SQLITE_IOERR ? kCannotBeRead : -1;
+}
+
 }  // namespace
 
 int check_active_db_integrity(db_handle db) {
@@ -219,7 +235,7 @@ int check_active_db_integrity(db_handle db) {
     if (result != SQLITE_ROW)
         return verdict(db, result);
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(check.get(), 0));
-    return text != nullptr && std::strcmp(text, "ok") == 0 ? 0 : -1;
+    return text == nullptr ? SQLITE_NOMEM : std::strcmp(text, "ok") == 0 ? 0 : finding(text);
 }
 
 int check_inactive_db_integrity(const char* path) {
